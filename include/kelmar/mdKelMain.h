@@ -1,0 +1,159 @@
+// The wizard data and the shared routines of the wizard (module mdKelMain).
+//
+// Every page and routine works directly on the one WizardData instance
+// returned by wizardData(). Routine arguments are passed by reference, as the
+// pages hold them in their own variables; results are written into the
+// wizard data.
+#pragma once
+
+#include <kelmar/Variant.h>
+
+#include <cstdint>
+#include <vector>
+
+class QWidget;
+class QComboBox;
+
+namespace kelmar {
+
+// One row of the bisection judgment table.
+struct BisectionRecord {
+    std::int16_t Lower = 0;
+    std::int16_t Upper = 0;
+    std::int16_t Level = 0;
+};
+
+// Technique and page ids.
+enum TechniqueId : std::int16_t {
+    kMidPoint = 0,
+    kDirectRating = 1,
+    kCurveDrawing = 2,
+    kCategoryIdentification = 3,
+    kDiffStandardSequence = 4,
+    kBisection = 5,
+    kVariableProbability = 6,
+    kVariableCertainty = 7,
+    kSettingsPage = 8,
+};
+
+struct WizardData {
+    // Problem data (TransferData).
+    QString QUARNDir;
+    std::int16_t SelMCDAMethod = 0;
+    std::int16_t AltNum = 0;
+    std::int16_t AttNum = 0;
+    VariantArray AltPScore;  // alternative x attribute
+    VariantArray AttVData;   // alternative x attribute
+    VariantArray AttName;
+    VariantArray AttDefinition;
+    VariantArray AttProperty;
+
+    // The host's earlier value functions (TransferVFunData), as received.
+    VariantArray InScoreMinimum;
+    VariantArray InScoreMiddle;
+    VariantArray InScoreMaximum;
+    std::int16_t InMaxVal = 0;
+    VariantArray InVFTechniqueID;
+    VariantArray InSmpSize;
+    VariantArray InSmpX;  // attribute x point 0..10
+    VariantArray InSmpY;  // attribute x point 0..10
+    VariantArray InVFunParA;
+    VariantArray InVFunParB;
+    VariantArray InVFunParC;
+    VariantArray InVFunParD;
+    VariantArray InVFunType;
+
+    // The working value-function record that ExportResults returns.
+    VariantArray ScoreMinimum;
+    VariantArray ScoreMiddle;
+    VariantArray ScoreMaximum;
+    std::int16_t MaxVal = 0;
+    VariantArray VFTechniqueID;
+    VariantArray SmpSize;
+    VariantArray SmpX;  // attribute x point 0..10
+    VariantArray SmpY;  // attribute x point 0..10, fractions 0..1
+    VariantArray VFunParA;
+    VariantArray VFunParB;
+    VariantArray VFunParC;
+    VariantArray VFunParD;
+    VariantArray VFunType;
+
+    // Navigation state.
+    std::int16_t SelAtt = 0;
+    std::int16_t SelTechnique = 0;
+    VariantArray AttRangeSet;  // Booleans, per attribute
+    VariantArray AttVFDone;    // Booleans, per attribute
+    VariantArray AttPropertyCopy;
+
+    // Further shared variables of the technique pages.
+    VariantArray ScoreMinimumCopy;
+    VariantArray ScoreMaximumCopy;
+    std::int16_t SelPoint = 0;
+    float CategoryFactor = 1.0f;
+    std::int16_t CategoryCount = 7;
+    std::vector<BisectionRecord> BisectionTable;
+};
+
+// The one module-level instance.
+WizardData& wizardData();
+
+// --- Storing what the host passes in -------------------------------------
+
+void TransferProblemData(Variant& QUARNDir, std::int16_t SelMCDAMethod, std::int16_t AltNum,
+                         std::int16_t AttNum, VariantArray& AltPScore, VariantArray& AttVData,
+                         VariantArray& AttName, VariantArray& AttDefinition,
+                         VariantArray& AttProperty);
+void TransferValueFunctions(VariantArray& ScoreMinimum, VariantArray& ScoreMiddle,
+                            VariantArray& ScoreMaximum, std::int16_t MaxVal,
+                            VariantArray& VFTechniqueID, VariantArray& SmpSize, VariantArray& SmpX,
+                            VariantArray& SmpY, VariantArray& VFunParA, VariantArray& VFunParB,
+                            VariantArray& VFunParC, VariantArray& VFunParD,
+                            VariantArray& VFunType);
+
+// --- Curve interpolation ---------------------------------------------------
+
+// Akima piecewise-cubic interpolation through (X(k), Y(k)), k = 0 .. n-1.
+// Out(0..3) receive the cubic's coefficients on the interval holding x,
+// Out(4) the value at x when evaluate is True (-1).
+void AkimaInterpolate(VariantArray& X, VariantArray& Y, std::int16_t& n, std::int16_t& evaluate,
+                      double& x, VariantArray& Out);
+
+// --- Value function families ----------------------------------------------
+
+float ComputeScoreMiddle(std::int16_t& att);
+double GeometricPointFromLow(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k, float& c);
+double GeometricPointFromHigh(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k, float& c);
+double GeometricIndexFromLow(Variant& a0, Variant& a1, Variant& a2, std::int16_t& k, float& c);
+double GeometricIndexFromHigh(Variant& a0, Variant& a1, Variant& a2, std::int16_t& k, float& c);
+
+// --- Sample points ---------------------------------------------------------
+
+void UpdateSamplePoints(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
+void SetLinearSamplePoints(std::int16_t& att, std::int16_t& newSize);
+void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
+void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
+void PrepareCategoryPoints(std::int16_t& att);
+void CategoryPointsFromLinear(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
+void CategoryPointsRefresh(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
+void CategoryPointsFromOtherTechnique(std::int16_t& att, std::int16_t& newSize,
+                                      std::int16_t& oldSize);
+
+// --- Page support ----------------------------------------------------------
+
+void CentreFormOnScreen(QWidget& form);
+void FillAttributeList(QComboBox& list);
+QString TrimTrailingPoint(QString& s);
+
+// --- Alternative values ----------------------------------------------------
+
+void ComputeAlternativeValue(std::int16_t& alt, std::int16_t& att, std::int16_t& maxVal);
+// The Finish loop: every alternative (outer) on every attribute (inner).
+void ComputeAllAlternativeValues();
+
+// --- The settings step -----------------------------------------------------
+
+// Prepares the working arrays when the analyst leaves the range panel of
+// the settings page with Next.
+void PrepareWorkingArrays();
+
+}  // namespace kelmar

@@ -1,0 +1,145 @@
+// A picture area with a user coordinate scale that records what is drawn on
+// it (lines, boxes, polygons, text at a current position) and replays the
+// record on every paint, so a chart stays crisp at any size and tests can
+// assert on the primitives.
+#pragma once
+
+#include <QColor>
+#include <QPointF>
+#include <QString>
+#include <QVector>
+#include <QWidget>
+
+#include <cstdint>
+#include <vector>
+
+namespace kelmar {
+
+// Colours as the classic 24-bit blue-green-red values (&H00BBGGRR); values
+// with the high bit set (&H800000xx) name system colours.
+using OleColor = std::uint32_t;
+
+namespace ole {
+inline constexpr OleColor Black = 0x000000;
+inline constexpr OleColor White = 0xFFFFFF;
+inline constexpr OleColor ButtonFace = 0x8000000F;
+inline constexpr OleColor ButtonShadow = 0x80000010;
+inline constexpr OleColor Highlight = 0xFFFFC0;  // the highlighted attitude label
+inline constexpr OleColor DarkGrey = 0x404040;
+}  // namespace ole
+
+QColor toQColor(OleColor color);
+// The sixteen QBColor colours (0 black, 9 bright blue, ...).
+OleColor qbColor(int index);
+
+struct DrawPrimitive {
+    enum class Kind { Line, Box, FilledBox, Polygon, Text };
+    Kind kind = Kind::Line;
+    QPointF p1;  // user units; Text: top-left of the text
+    QPointF p2;  // user units; unused for Text and Polygon
+    OleColor color = ole::Black;      // pen colour (outline, line, text)
+    OleColor fillColor = ole::Black;  // FilledBox and Polygon
+    int width = 1;                    // pen width in pixels
+    QString text;
+    QVector<QPointF> points;  // Polygon, user units
+};
+
+class DrawSurface : public QWidget {
+    Q_OBJECT
+public:
+    explicit DrawSurface(QWidget* parent = nullptr);
+
+    // Scale (left, top)-(right, bottom). top may be greater than bottom (a
+    // y axis that grows upwards).
+    void setScale(double left, double top, double right, double bottom);
+    double scaleLeft() const { return left_; }
+    double scaleTop() const { return top_; }
+    double scaleWidth() const { return right_ - left_; }
+    double scaleHeight() const { return bottom_ - top_; }
+
+    // The widget size at which fonts have their nominal point size; text
+    // grows and shrinks with the widget so that measurements in user units
+    // stay valid at any size.
+    void setDesignSize(QSize size);
+    QSize designSize() const { return designSize_; }
+
+    // Drawing state.
+    void setForeColor(OleColor c) { foreColor_ = c; }
+    OleColor foreColor() const { return foreColor_; }
+    void setBackColor(OleColor c);
+    OleColor backColor() const { return backColor_; }
+    void setDrawWidth(int w) { drawWidth_ = w; }
+    int drawWidth() const { return drawWidth_; }
+    void setFontPointSize(double pt);
+    double fontPointSize() const { return fontPt_; }
+    void setFontBold(bool bold);
+
+    double currentX() const { return curX_; }
+    double currentY() const { return curY_; }
+    void setCurrentX(double x) { curX_ = x; }
+    void setCurrentY(double y) { curY_ = y; }
+
+    // Clears the record and moves the current position to the scale's origin.
+    void cls();
+    // Text size in user units (always positive).
+    double textWidth(const QString& s) const;
+    double textHeight(const QString& s) const;
+    // Prints s with its top-left at the current position, then moves the
+    // current position to the start of the next line.
+    void print(const QString& s);
+    void line(double x1, double y1, double x2, double y2);
+    void line(double x1, double y1, double x2, double y2, OleColor c);
+    // Line from the current position; the end becomes the current position.
+    void lineTo(double x2, double y2, OleColor c);
+    void box(double x1, double y1, double x2, double y2, OleColor c);
+    void filledBox(double x1, double y1, double x2, double y2, OleColor c);
+    void filledBox(double x1, double y1, double x2, double y2, OleColor fill, OleColor outline);
+    void polygon(const QVector<QPointF>& points, OleColor c);
+
+    const std::vector<DrawPrimitive>& primitives() const { return record_; }
+
+    // Mapping between user units and widget pixels (logical pixels).
+    QPointF toPixel(QPointF user) const;
+    QPointF toUser(QPointF pixel) const;
+    double pixelsPerUnitX() const;
+    double pixelsPerUnitY() const;
+
+    // Child widgets placed in user units (the draggable marks); they follow
+    // the scale when the surface is resized.
+    void placeChild(QWidget* child, double userLeft, double userTop);
+    double childLeft(const QWidget* child) const;
+    double childTop(const QWidget* child) const;
+    double childWidth(const QWidget* child) const;   // in user units
+    double childHeight(const QWidget* child) const;  // in user units
+
+    QSize sizeHint() const override;
+
+signals:
+    void resized();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void relayoutChildren();
+    double fontPixelSize() const;
+
+    double left_ = 0, top_ = 0, right_ = 100, bottom_ = 100;
+    QSize designSize_{300, 200};
+    OleColor foreColor_ = ole::Black;
+    OleColor backColor_ = ole::ButtonFace;
+    int drawWidth_ = 1;
+    double fontPt_ = 8.0;
+    bool fontBold_ = false;
+    double curX_ = 0, curY_ = 0;
+    std::vector<DrawPrimitive> record_;
+    struct Placed {
+        QWidget* child;
+        double left;
+        double top;
+    };
+    std::vector<Placed> placed_;
+};
+
+}  // namespace kelmar

@@ -1,0 +1,31 @@
+// Drawing routines shared by the pages (module mdVFGraphs).
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <vector>
+
+namespace kelmar {
+
+class DrawSurface;
+
+// The value function chart of attribute att: title, the 33-point curve
+// (clipped to 0..1), axes, grid, tick labels and the "V(s)" caption.
+// maxVal (1 or 100) chooses the value labels.
+void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal);
+
+// The axes routine: clears the picture and draws frame, grid, title, labels.
+void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
+                std::vector<QString>& valueLabels, std::int16_t& scoreTicks, double& scoreMin,
+                double& scoreMax);
+
+// The series routine: each series 1..seriesCount of table (series x point)
+// as a polyline in QBColor(s + 8), pen width 2.
+void DrawVFSeries(DrawSurface& pic, std::int16_t& pointCount, std::int16_t& seriesCount,
+                  std::vector<std::vector<float>>& table, double& divisor);
+
+// A raised (style 1) or sunken (style 2) panel filled with the button face.
+void DrawPanel(DrawSurface& pic, double x1, double y1, double x2, double y2, std::int16_t style);
+
+}  // namespace kelmar

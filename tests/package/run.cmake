@@ -1,0 +1,15 @@
+# Configures, builds and runs the consumer project against a Kelmar build tree.
+file(REMOVE_RECURSE ${BINARY})
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE} -B ${BINARY} -G ${GENERATOR}
+                        -DKelmar_DIR=${KELMAR_DIR} RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "configure failed")
+endif()
+execute_process(COMMAND ${CMAKE_COMMAND} --build ${BINARY} RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "build failed")
+endif()
+execute_process(COMMAND ${BINARY}/consumer RESULT_VARIABLE rc)
+if(rc)
+  message(FATAL_ERROR "consumer failed")
+endif()
