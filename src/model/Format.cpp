@@ -1,0 +1,166 @@
+#include "model/Format.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <cmath>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace kelmar::fmt {
+
+namespace {
+
+// |v| rounded to `decimals` places on its 15-significant-digit decimal form:
+// the integer digits and the decimal digits as text.
+struct Decimal {
+    std::string integer;   // at least "0"
+    std::string fraction;  // exactly `decimals` digits
+};
+
+Decimal roundDecimal(double v, int decimals, bool halfEven) {
+    Decimal out{"0", std::string(static_cast<std::size_t>(decimals), '0')};
+    if (v == 0.0 || !std::isfinite(v)) return out;
+    char buf[40];
+    std::snprintf(buf, sizeof buf, "%.14e", std::fabs(v));
+    // buf: d.dddddddddddddde[+-]XX
+    std::string digits;
+    digits.push_back(buf[0]);
+    digits.append(buf + 2, 14);
+    const int exponent = std::atoi(std::strchr(buf, 'e') + 1);
+    const int point = exponent + 1;  // digits before the decimal point
+    const int keep = point + decimals;
+    if (keep < 0) return out;
+
+    std::string kept = keep < static_cast<int>(digits.size())
+                           ? digits.substr(0, static_cast<std::size_t>(keep))
+                           : digits + std::string(static_cast<std::size_t>(keep) - digits.size(), '0');
+    bool roundUp = false;
+    if (keep < static_cast<int>(digits.size())) {
+        const char next = digits[static_cast<std::size_t>(keep)];
+        if (next > '5') {
+            roundUp = true;
+        } else if (next == '5') {
+            const bool tail = digits.find_first_not_of('0', static_cast<std::size_t>(keep) + 1) !=
+                              std::string::npos;
+            const bool odd = !kept.empty() && ((kept.back() - '0') % 2 == 1);
+            roundUp = !halfEven || tail || odd;
+        }
+    }
+    if (roundUp) {
+        int i = static_cast<int>(kept.size()) - 1;
+        while (i >= 0 && kept[static_cast<std::size_t>(i)] == '9') {
+            kept[static_cast<std::size_t>(i)] = '0';
+            --i;
+        }
+        if (i >= 0) {
+            ++kept[static_cast<std::size_t>(i)];
+        } else {
+            kept.insert(kept.begin(), '1');
+        }
+    }
+    const int intDigits = static_cast<int>(kept.size()) - decimals;
+    if (intDigits > 0) {
+        out.integer = kept.substr(0, static_cast<std::size_t>(intDigits));
+        out.fraction = kept.substr(static_cast<std::size_t>(intDigits));
+    } else {
+        out.integer = "0";
+        out.fraction = std::string(static_cast<std::size_t>(-intDigits), '0') + kept;
+    }
+    const std::size_t nz = out.integer.find_first_not_of('0');
+    out.integer = nz == std::string::npos ? "0" : out.integer.substr(nz);
+    return out;
+}
+
+bool isZero(const Decimal& d) {
+    return d.integer == "0" && d.fraction.find_first_not_of('0') == std::string::npos;
+}
+
+std::string grouped(const std::string& integer) {
+    std::string out;
+    const int n = static_cast<int>(integer.size());
+    for (int i = 0; i < n; ++i) {
+        if (i > 0 && (n - i) % 3 == 0) out.push_back(',');
+        out.push_back(integer[static_cast<std::size_t>(i)]);
+    }
+    return out;
+}
+
+}  // namespace
+
+QString formatNumber(double v, const QString& pattern) {
+    const qsizetype dot = pattern.indexOf(QLatin1Char('.'));
+    const QString intPart = dot < 0 ? pattern : pattern.left(dot);
+    const QString fracPart = dot < 0 ? QString() : pattern.mid(dot + 1);
+    const int required = static_cast<int>(fracPart.count(QLatin1Char('0')));
+    const int optional = static_cast<int>(fracPart.count(QLatin1Char('#')));
+    const int decimals = required + optional;
+
+    Decimal d = roundDecimal(v, decimals, false);
+    std::string fraction = d.fraction;
+    while (static_cast<int>(fraction.size()) > required && !fraction.empty() && fraction.back() == '0')
+        fraction.pop_back();
+
+    std::string text = intPart.contains(QLatin1Char(',')) ? grouped(d.integer) : d.integer;
+    if (dot >= 0) text += "." + fraction;
+    if (v < 0 && !isZero(d)) text.insert(text.begin(), '-');
+    return QString::fromStdString(text);
+}
+
+QString formatScore(double v) {
+    QString s = formatNumber(v, QStringLiteral("0.##"));
+    return TrimTrailingPoint(s);
+}
+
+QString currencyText(double v) {
+    const Decimal d = roundDecimal(v, 4, true);
+    std::string fraction = d.fraction;
+    while (!fraction.empty() && fraction.back() == '0') fraction.pop_back();
+    std::string text = d.integer;
+    if (!fraction.empty()) text += "." + fraction;
+    if (v < 0 && !isZero(d)) text.insert(text.begin(), '-');
+    return QString::fromStdString(text);
+}
+
+double leadingNumber(const QString& text) {
+    std::string s;
+    for (const QChar ch : text) {
+        if (ch == QLatin1Char(' ') || ch == QLatin1Char('\t') || ch == QLatin1Char('\n') ||
+            ch == QLatin1Char('\r'))
+            continue;
+        s.push_back(ch.unicode() < 128 ? static_cast<char>(ch.unicode()) : '?');
+    }
+    std::size_t i = 0;
+    std::string number;
+    if (i < s.size() && (s[i] == '+' || s[i] == '-')) number.push_back(s[i++]);
+    bool digits = false;
+    while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i]))) {
+        number.push_back(s[i++]);
+        digits = true;
+    }
+    if (i < s.size() && s[i] == '.') {
+        number.push_back(s[i++]);
+        while (i < s.size() && std::isdigit(static_cast<unsigned char>(s[i]))) {
+            number.push_back(s[i++]);
+            digits = true;
+        }
+    }
+    if (!digits) return 0.0;
+    if (i < s.size() && (s[i] == 'e' || s[i] == 'E' || s[i] == 'd' || s[i] == 'D')) {
+        std::size_t j = i + 1;
+        std::string exponent = "e";
+        if (j < s.size() && (s[j] == '+' || s[j] == '-')) exponent.push_back(s[j++]);
+        bool expDigits = false;
+        while (j < s.size() && std::isdigit(static_cast<unsigned char>(s[j]))) {
+            exponent.push_back(s[j++]);
+            expDigits = true;
+        }
+        if (expDigits) number += exponent;
+    }
+    const double v = std::strtod(number.c_str(), nullptr);
+    return std::isfinite(v) ? v : 0.0;
+}
+
+}  // namespace kelmar::fmt

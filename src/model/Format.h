@@ -1,0 +1,28 @@
+// The number formats of the wizard and the lenient reading of typed numbers.
+#pragma once
+
+#include <QString>
+
+namespace kelmar::fmt {
+
+// Formats v with one of the wizard's patterns: "0", "0.00", "0.000",
+// "0.000000", "0.##", "#,##0.###" (a "0" digit is always shown, a "#" digit
+// only when it is not a trailing zero, "," groups thousands). Rounding is
+// half away from zero on the number's 15-digit decimal form, so 2.675 gives
+// "2.68" although its binary value lies a little below. A pattern that ends
+// in optional digits keeps its point for a whole number ("5." for "0.##").
+QString formatNumber(double v, const QString& pattern);
+
+// A score in a box or a label: "0.##" with one trailing point removed.
+QString formatScore(double v);
+
+// A score as a 4-decimal currency amount turned into text: at most four
+// decimals, no trailing zeros (2.5 -> "2.5", 1/3 -> "0.3333").
+QString currencyText(double v);
+
+// The leading number of a text: blanks are skipped, then an optional sign,
+// digits, one decimal point and an exponent are read as far as they go.
+// Empty or non-numeric text reads as 0 ("12abc" -> 12, "1.2.3" -> 1.2).
+double leadingNumber(const QString& text);
+
+}  // namespace kelmar::fmt

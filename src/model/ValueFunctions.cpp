@@ -1,0 +1,103 @@
+#include "model/Arith.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <cmath>
+#include <vector>
+
+namespace kelmar {
+
+bool isCostOriented() {
+    WizardData& w = wizardData();
+    return w.AttPropertyCopy(w.SelAtt).toDouble() != 0.0;
+}
+
+namespace {
+
+// 2 raised to (index as Single) x c, as the ladder functions form it.
+double ladderPower(std::int16_t index, float c) {
+    const float exponent = static_cast<float>(index) * c;
+    return checkedResult(std::pow(2.0, static_cast<double>(exponent)));
+}
+
+double ladderIndex(double ratio, float c) {
+    if (c == 0.0f) throw RuntimeError(RuntimeError::DivisionByZero);
+    const double reciprocal = 1.0 / static_cast<double>(c);
+    const double r = ratio > 1.0 ? ratio : 1.0;
+    return checkedResult(reciprocal * (std::log(r) / std::log(2.0)));
+}
+
+}  // namespace
+
+float ComputeScoreMiddle(std::int16_t& att) {
+    WizardData& w = wizardData();
+    const double lowEnd = w.ScoreMinimum(att).toDouble();
+    const double highEnd = w.ScoreMaximum(att).toDouble();
+    if (w.VFunType(att) == Variant(std::int16_t(0))) {
+        return csng((lowEnd + highEnd) / 2.0);
+    }
+
+    // Local copies of the sample points; an empty size cannot be dimensioned.
+    const std::int16_t last = checkedSub(w.SmpSize(att).toInteger(), 1);
+    if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    VariantArray xs(0, last), ys(0, last), out(0, 4);
+    for (int k = 0; k <= last; ++k) {
+        xs(k) = w.SmpX(att, k);
+        ys(k) = w.SmpY(att, k);
+    }
+    std::int16_t n = Variant(w.SmpSize(att).toString()).toInteger();
+    std::int16_t evaluate = -1;
+
+    // Walk up from the lowest sample score in steps of a thousandth of the
+    // range until the curve comes within 0.01 of one half.
+    const float step = csng((highEnd - lowEnd) / 1000.0);
+    const double top = xs(n - 1).toDouble();
+    double x = xs(0).toDouble();
+    double closest = (lowEnd + highEnd) / 2.0;
+    double closestGap = 2.0;
+    if (step > 0.0f) {
+        for (;;) {
+            x = x + static_cast<double>(step);
+            if (x >= top) break;
+            AkimaInterpolate(xs, ys, n, evaluate, x, out);
+            const double gap = std::fabs(0.5 - out(4).toDouble());
+            if (gap < 0.01) return csng(x);
+            if (gap < closestGap) {
+                closestGap = gap;
+                closest = x;
+            }
+        }
+    }
+    // The curve jumps across one half between two grid scores: the grid score
+    // nearest to it stands for the middle.
+    return csng(closest);
+}
+
+double GeometricPointFromLow(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k, float& c) {
+    const double r = checkedDiv(ladderPower(k, c), ladderPower(j, c));
+    const double low = a0.toDouble();
+    return checkedResult(low + r * (a1.toDouble() - low));
+}
+
+double GeometricPointFromHigh(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k,
+                              float& c) {
+    const double r = checkedDiv(ladderPower(k, c), ladderPower(j, c));
+    const double high = a1.toDouble();
+    return checkedResult(high + r * (a0.toDouble() - high));
+}
+
+double GeometricIndexFromLow(Variant& a0, Variant& a1, Variant& a2, std::int16_t& k, float& c) {
+    const double p = ladderPower(checkedSub(k, 1), c);
+    const double ratio =
+        checkedDiv(p * (a1.toDouble() - a0.toDouble()), a1.toDouble() - a2.toDouble());
+    return ladderIndex(ratio, c);
+}
+
+double GeometricIndexFromHigh(Variant& a0, Variant& a1, Variant& a2, std::int16_t& k, float& c) {
+    const double p = ladderPower(checkedSub(k, 1), c);
+    const double ratio =
+        checkedDiv(p * (a0.toDouble() - a2.toDouble()), a1.toDouble() - a2.toDouble());
+    return ladderIndex(ratio, c);
+}
+
+}  // namespace kelmar
