@@ -42,6 +42,8 @@ struct DrawPrimitive {
     int width = 1;                    // pen width in pixels
     QString text;
     QVector<QPointF> points;  // Polygon, user units
+    double fontPointSize = 8.0;  // Text, at the design size
+    bool bold = false;           // Text
 };
 
 class DrawSurface : public QWidget {
