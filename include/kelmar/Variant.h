@@ -13,6 +13,7 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace kelmar {
@@ -65,6 +66,24 @@ public:
     Variant(Variant&& other) noexcept;
     Variant& operator=(const Variant& other);
     Variant& operator=(Variant&& other) noexcept;
+    // Plain numbers are stored in place (exactly double or float only, so
+    // that every other type still goes through its own constructor).
+    template <typename D>
+        requires std::is_same_v<D, double>
+    Variant& operator=(D d) noexcept {
+        if (type_ >= Type::String) destroy();
+        type_ = Type::Double;
+        u_.d = d;
+        return *this;
+    }
+    template <typename F>
+        requires std::is_same_v<F, float>
+    Variant& operator=(F f) noexcept {
+        if (type_ >= Type::String) destroy();
+        type_ = Type::Single;
+        u_.f = f;
+        return *this;
+    }
     ~Variant();
 
     Type type() const noexcept { return type_; }
@@ -130,10 +149,10 @@ public:
     // Number of elements; 0 when not allocated or empty (ubound < lbound).
     std::size_t size() const noexcept { return data_.size(); }
 
-    Variant& operator()(int i);
-    const Variant& operator()(int i) const;
-    Variant& operator()(int i, int j);
-    const Variant& operator()(int i, int j) const;
+    Variant& operator()(int i) { return data_[offset(i)]; }
+    const Variant& operator()(int i) const { return data_[offset(i)]; }
+    Variant& operator()(int i, int j) { return data_[offset(i, j)]; }
+    const Variant& operator()(int i, int j) const { return data_[offset(i, j)]; }
 
     // Re-dimension (drops the contents, like a plain ReDim). An upper bound
     // below the lower bound gives an empty array.
@@ -146,8 +165,16 @@ public:
     std::vector<Variant>& data() noexcept { return data_; }
 
 private:
-    std::size_t offset(int i) const;
-    std::size_t offset(int i, int j) const;
+    [[noreturn]] static void outOfRange();
+    std::size_t offset(int i) const {
+        if (dims_ != 1 || i < lo1_ || i > hi1_) outOfRange();
+        return static_cast<std::size_t>(i - lo1_);
+    }
+    std::size_t offset(int i, int j) const {
+        if (dims_ != 2 || i < lo1_ || i > hi1_ || j < lo2_ || j > hi2_) outOfRange();
+        return static_cast<std::size_t>(i - lo1_) * static_cast<std::size_t>(hi2_ - lo2_ + 1) +
+               static_cast<std::size_t>(j - lo2_);
+    }
 
     int dims_ = 0;
     int lo1_ = 0, hi1_ = -1, lo2_ = 0, hi2_ = -1;

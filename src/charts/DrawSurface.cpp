@@ -1,5 +1,6 @@
 #include "charts/DrawSurface.h"
 
+#include <QApplication>
 #include <QFontMetricsF>
 #include <QPaintEvent>
 #include <QPainter>
@@ -11,23 +12,70 @@
 
 namespace kelmar {
 
-QColor toQColor(OleColor color) {
-    if (color & 0x80000000u) {
-        const QPalette palette;
-        switch (color & 0xFFu) {
-        case 0x05: return palette.color(QPalette::Base);
-        case 0x08: return palette.color(QPalette::Text);
-        case 0x0F: return palette.color(QPalette::Button);
-        case 0x10: return palette.color(QPalette::Dark);
-        case 0x12: return palette.color(QPalette::ButtonText);
-        case 0x14: return palette.color(QPalette::Light);
-        case 0x15: return palette.color(QPalette::Shadow);
-        default: return palette.color(QPalette::Window);
-        }
+namespace {
+
+// Classic system colour indices (the low byte of &H800000xx) and the palette
+// roles that play their part on this desktop.
+QColor systemColor(unsigned index, const QPalette& palette) {
+    switch (index) {
+    case 0x00: return palette.color(QPalette::Window);           // scroll bars
+    case 0x01: return palette.color(QPalette::Window);           // desktop
+    case 0x02: return palette.color(QPalette::Highlight);        // active title
+    case 0x03: return palette.color(QPalette::Inactive, QPalette::Highlight);
+    case 0x04: return palette.color(QPalette::Window);           // menu
+    case 0x05: return palette.color(QPalette::Base);             // window background
+    case 0x06: return palette.color(QPalette::Shadow);           // window frame
+    case 0x07: return palette.color(QPalette::WindowText);       // menu text
+    case 0x08: return palette.color(QPalette::Text);             // window text
+    case 0x09: return palette.color(QPalette::HighlightedText);  // title text
+    case 0x0A: return palette.color(QPalette::Mid);              // active border
+    case 0x0B: return palette.color(QPalette::Mid);              // inactive border
+    case 0x0C: return palette.color(QPalette::Dark);             // MDI background
+    case 0x0D: return palette.color(QPalette::Highlight);
+    case 0x0E: return palette.color(QPalette::HighlightedText);
+    case 0x0F: return palette.color(QPalette::Button);           // button face
+    case 0x10: return palette.color(QPalette::Dark);             // button shadow
+    case 0x11: return palette.color(QPalette::Disabled, QPalette::Text);  // grey text
+    case 0x12: return palette.color(QPalette::ButtonText);
+    case 0x13: return palette.color(QPalette::Inactive, QPalette::WindowText);
+    case 0x14: return palette.color(QPalette::Light);            // button highlight
+    case 0x15: return palette.color(QPalette::Shadow);           // dark shadow
+    case 0x16: return palette.color(QPalette::Midlight);         // light 3-D
+    case 0x17: return palette.color(QPalette::ToolTipText);
+    case 0x18: return palette.color(QPalette::ToolTipBase);
+    default: return palette.color(QPalette::Window);
     }
+}
+
+// The font of text printed at pt points, at the design size. Whole pixel
+// sizes keep the metrics identical on every screen.
+QFont designFont(const QFont& base, double pt, bool bold) {
+    QFont f = base;
+    f.setPixelSize(std::max(1, static_cast<int>(std::lround(pt * 96.0 / 72.0))));
+    f.setBold(bold);
+    return f;
+}
+
+// Moves a pixel coordinate onto the device pixel grid so that a horizontal
+// or vertical stroke of the given width covers whole pixels.
+double snapStroke(double logical, double penWidth, double dpr) {
+    const double device = logical * dpr;
+    const long width = std::lround(penWidth * dpr);
+    const double snapped = (width % 2 == 1) ? std::floor(device) + 0.5 : std::round(device);
+    return snapped / dpr;
+}
+
+double snapEdge(double logical, double dpr) { return std::round(logical * dpr) / dpr; }
+
+}  // namespace
+
+QColor toQColor(OleColor color, const QPalette& palette) {
+    if (color & 0x80000000u) return systemColor(color & 0xFFu, palette);
     return QColor(static_cast<int>(color & 0xFFu), static_cast<int>((color >> 8) & 0xFFu),
                   static_cast<int>((color >> 16) & 0xFFu));
 }
+
+QColor toQColor(OleColor color) { return toQColor(color, QApplication::palette()); }
 
 OleColor qbColor(int index) {
     static const OleColor table[16] = {0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080,
@@ -50,7 +98,7 @@ void DrawSurface::setScale(double left, double top, double right, double bottom)
 }
 
 void DrawSurface::setDesignSize(QSize size) {
-    designSize_ = size;
+    designSize_ = size.isValid() && !size.isEmpty() ? size : QSize(300, 200);
     update();
 }
 
@@ -64,60 +112,56 @@ void DrawSurface::setFontBold(bool bold) { fontBold_ = bold; }
 
 void DrawSurface::cls() {
     record_.clear();
-    curX_ = left_;
-    curY_ = top_;
+    curX_ = 0;
+    curY_ = 0;
     update();
 }
 
 // The widget's size, or the design size while it has none yet.
-static QSizeF effectiveSize(const QWidget& w, QSize design) {
-    if (w.width() > 1 && w.height() > 1) return QSizeF(w.size());
-    return QSizeF(design);
+QSizeF DrawSurface::effectiveSize() const {
+    if (width() > 1 && height() > 1) return QSizeF(size());
+    return QSizeF(designSize_);
 }
 
-double DrawSurface::pixelsPerUnitX() const {
-    return effectiveSize(*this, designSize_).width() / std::fabs(right_ - left_);
-}
+double DrawSurface::pixelsPerUnitX() const { return effectiveSize().width() / std::fabs(right_ - left_); }
 
 double DrawSurface::pixelsPerUnitY() const {
-    return effectiveSize(*this, designSize_).height() / std::fabs(bottom_ - top_);
+    return effectiveSize().height() / std::fabs(bottom_ - top_);
 }
 
-QPointF DrawSurface::toPixel(QPointF user) const {
-    const QSizeF size = effectiveSize(*this, designSize_);
+QPointF DrawSurface::mapToPixel(QPointF user, QSizeF size) const {
     return {(user.x() - left_) / (right_ - left_) * size.width(),
             (user.y() - top_) / (bottom_ - top_) * size.height()};
 }
 
+QPointF DrawSurface::toPixel(QPointF user) const { return mapToPixel(user, effectiveSize()); }
+
 QPointF DrawSurface::toUser(QPointF pixel) const {
-    const QSizeF size = effectiveSize(*this, designSize_);
+    const QSizeF size = effectiveSize();
     return {left_ + pixel.x() / size.width() * (right_ - left_),
             top_ + pixel.y() / size.height() * (bottom_ - top_)};
 }
 
-// Text grows and shrinks with the widget, so that its size in user units
-// does not depend on the widget's size.
-double DrawSurface::fontPixelSize() const {
-    const double scale = effectiveSize(*this, designSize_).height() / designSize_.height();
-    return fontPt_ * 96.0 / 72.0 * scale;
+double DrawSurface::fontScale(QSizeF size) const {
+    return std::min(size.width() / designSize_.width(), size.height() / designSize_.height());
 }
 
-static QFont surfaceFont(const QFont& base, double pixelSize, bool bold) {
-    QFont f = base;
-    f.setPixelSize(std::max(1, static_cast<int>(std::lround(pixelSize))));
-    f.setBold(bold);
-    return f;
-}
+double DrawSurface::fontPixelSize() const { return designFont(font(), fontPt_, fontBold_).pixelSize(); }
 
 double DrawSurface::textWidth(const QString& s) const {
-    const QFontMetricsF fm(surfaceFont(font(), fontPixelSize(), fontBold_));
-    return fm.horizontalAdvance(s) / pixelsPerUnitX();
+    const QFontMetricsF fm(designFont(font(), fontPt_, fontBold_));
+    return fm.horizontalAdvance(s) * std::fabs(right_ - left_) / designSize_.width();
 }
 
 double DrawSurface::textHeight(const QString& s) const {
     (void)s;
-    const QFontMetricsF fm(surfaceFont(font(), fontPixelSize(), fontBold_));
-    return fm.height() / pixelsPerUnitY();
+    const QFontMetricsF fm(designFont(font(), fontPt_, fontBold_));
+    return fm.height() * std::fabs(bottom_ - top_) / designSize_.height();
+}
+
+double DrawSurface::textAscent() const {
+    const QFontMetricsF fm(designFont(font(), fontPt_, fontBold_));
+    return fm.ascent() * std::fabs(bottom_ - top_) / designSize_.height();
 }
 
 void DrawSurface::print(const QString& s) {
@@ -129,7 +173,7 @@ void DrawSurface::print(const QString& s) {
     p.fontPointSize = fontPt_;
     p.bold = fontBold_;
     record_.push_back(p);
-    // The next line starts at the left edge, one text line further on.
+    // The next line starts at the left edge, one text line further down.
     const double step = textHeight(s);
     curX_ = left_;
     curY_ += (bottom_ > top_) ? step : -step;
@@ -198,7 +242,8 @@ void DrawSurface::polygon(const QVector<QPointF>& points, OleColor c) {
 
 void DrawSurface::placeChild(QWidget* child, double userLeft, double userTop) {
     if (child->parentWidget() != this) child->setParent(this);
-    auto it = std::find_if(placed_.begin(), placed_.end(), [child](const Placed& p) { return p.child == child; });
+    auto it = std::find_if(placed_.begin(), placed_.end(),
+                           [child](const Placed& p) { return p.child == child; });
     if (it == placed_.end()) {
         placed_.push_back({child, userLeft, userTop});
         connect(child, &QObject::destroyed, this, [this, child] {
@@ -227,7 +272,9 @@ double DrawSurface::childTop(const QWidget* child) const {
 }
 
 double DrawSurface::childWidth(const QWidget* child) const { return child->width() / pixelsPerUnitX(); }
-double DrawSurface::childHeight(const QWidget* child) const { return child->height() / pixelsPerUnitY(); }
+double DrawSurface::childHeight(const QWidget* child) const {
+    return child->height() / pixelsPerUnitY();
+}
 
 QSize DrawSurface::sizeHint() const { return designSize_; }
 
@@ -244,50 +291,111 @@ void DrawSurface::resizeEvent(QResizeEvent* event) {
     emit resized();
 }
 
-void DrawSurface::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.fillRect(rect(), toQColor(backColor_));
+void DrawSurface::replay(QPainter& painter, QSizeF size) const {
+    const QPalette& pal = palette();
+    const double dpr = painter.device() != nullptr ? painter.device()->devicePixelRatioF() : 1.0;
+    const double scale = fontScale(size);
+    // Pens keep their pixel width at the design size and below, and grow
+    // with a larger surface in whole pixels.
+    auto penWidth = [scale](int width) {
+        const int w = std::max(1, width);
+        return scale > 1.0 ? std::max<double>(w, std::round(w * scale)) : double(w);
+    };
+    auto px = [this, size](QPointF user) { return mapToPixel(user, size); };
+
+    painter.save();
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.setRenderHint(QPainter::TextAntialiasing, true);
-    const double scale = effectiveSize(*this, designSize_).height() / designSize_.height();
+    painter.fillRect(QRectF(QPointF(0, 0), size), toQColor(backColor_, pal));
 
     for (const DrawPrimitive& p : record_) {
-        QPen pen(toQColor(p.color));
-        pen.setWidthF(std::max(1, p.width));
-        pen.setCapStyle(Qt::FlatCap);
+        const double width = penWidth(p.width);
+        QPen pen(toQColor(p.color, pal));
+        pen.setWidthF(width);
         switch (p.kind) {
-        case DrawPrimitive::Kind::Line:
-            pen.setCapStyle(Qt::RoundCap);
+        case DrawPrimitive::Kind::Line: {
+            QPointF a = px(p.p1);
+            QPointF b = px(p.p2);
+            if (a.x() == b.x()) {
+                a.setX(snapStroke(a.x(), width, dpr));
+                b.setX(a.x());
+            }
+            if (a.y() == b.y()) {
+                a.setY(snapStroke(a.y(), width, dpr));
+                b.setY(a.y());
+            }
+            const bool straight = a.x() == b.x() || a.y() == b.y();
+            pen.setCapStyle(straight ? Qt::SquareCap : Qt::RoundCap);
+            pen.setJoinStyle(Qt::RoundJoin);
             painter.setPen(pen);
-            painter.drawLine(toPixel(p.p1), toPixel(p.p2));
+            painter.drawLine(a, b);
             break;
+        }
         case DrawPrimitive::Kind::Box:
         case DrawPrimitive::Kind::FilledBox: {
-            const QRectF r = QRectF(toPixel(p.p1), toPixel(p.p2)).normalized();
-            if (p.kind == DrawPrimitive::Kind::FilledBox) painter.fillRect(r, toQColor(p.fillColor));
+            const QRectF r = QRectF(px(p.p1), px(p.p2)).normalized();
+            if (p.kind == DrawPrimitive::Kind::FilledBox) {
+                const QRectF fill(QPointF(snapEdge(r.left(), dpr), snapEdge(r.top(), dpr)),
+                                  QPointF(snapEdge(r.right(), dpr), snapEdge(r.bottom(), dpr)));
+                painter.fillRect(fill, toQColor(p.fillColor, pal));
+                if (p.color == p.fillColor) break;
+            }
+            const QRectF outline(
+                QPointF(snapStroke(r.left(), width, dpr), snapStroke(r.top(), width, dpr)),
+                QPointF(snapStroke(r.right(), width, dpr), snapStroke(r.bottom(), width, dpr)));
+            pen.setJoinStyle(Qt::MiterJoin);
             painter.setPen(pen);
             painter.setBrush(Qt::NoBrush);
-            painter.drawRect(r);
+            painter.drawRect(outline);
             break;
         }
         case DrawPrimitive::Kind::Polygon: {
             QPolygonF poly;
-            for (const QPointF& q : p.points) poly << toPixel(q);
+            for (const QPointF& q : p.points) poly << px(q);
             painter.setPen(Qt::NoPen);
-            painter.setBrush(toQColor(p.fillColor));
+            painter.setBrush(toQColor(p.fillColor, pal));
             painter.drawPolygon(poly, Qt::WindingFill);
             painter.setBrush(Qt::NoBrush);
             break;
         }
         case DrawPrimitive::Kind::Text: {
-            painter.setFont(surfaceFont(font(), p.fontPointSize * 96.0 / 72.0 * scale, p.bold));
-            painter.setPen(toQColor(p.color));
-            const QPointF at = toPixel(p.p1);
-            painter.drawText(QRectF(at, QSizeF(4000, 4000)), Qt::AlignLeft | Qt::AlignTop | Qt::TextDontClip, p.text);
+            // The text is laid out with the design-size font and scaled as
+            // a whole. It keeps its proportions, so on a surface stretched
+            // more in one direction it is centred in the box it was
+            // measured to fill.
+            const QFont f = designFont(font(), p.fontPointSize, p.bold);
+            const QFontMetricsF fm(f);
+            const double advance = fm.horizontalAdvance(p.text);
+            const double sx = size.width() / designSize_.width();
+            const double sy = size.height() / designSize_.height();
+            const QPointF at = px(p.p1);
+            painter.save();
+            painter.translate(at.x() + advance * (sx - scale) / 2.0,
+                              at.y() + fm.height() * (sy - scale) / 2.0);
+            painter.scale(scale, scale);
+            painter.setFont(f);
+            painter.setPen(toQColor(p.color, pal));
+            painter.drawText(QPointF(0, fm.ascent()), p.text);
+            painter.restore();
             break;
         }
         }
     }
+    painter.restore();
+}
+
+QImage DrawSurface::toImage(QSize size, qreal devicePixelRatio) const {
+    QImage image(size * devicePixelRatio, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(devicePixelRatio);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    replay(painter, QSizeF(size));
+    return image;
+}
+
+void DrawSurface::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    replay(painter, QSizeF(size()));
 }
 
 }  // namespace kelmar

@@ -5,6 +5,8 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
+#include <QPalette>
 #include <QPointF>
 #include <QString>
 #include <QVector>
@@ -12,6 +14,8 @@
 
 #include <cstdint>
 #include <vector>
+
+class QPainter;
 
 namespace kelmar {
 
@@ -28,7 +32,10 @@ inline constexpr OleColor Highlight = 0xFFFFC0;  // the highlighted attitude lab
 inline constexpr OleColor DarkGrey = 0x404040;
 }  // namespace ole
 
+// System colours are taken from the application's palette.
 QColor toQColor(OleColor color);
+// System colours are taken from the given palette (a widget's own).
+QColor toQColor(OleColor color, const QPalette& palette);
 // The sixteen QBColor colours (0 black, 9 bright blue, ...).
 OleColor qbColor(int index);
 
@@ -81,11 +88,15 @@ public:
     void setCurrentX(double x) { curX_ = x; }
     void setCurrentY(double y) { curY_ = y; }
 
-    // Clears the record and moves the current position to the scale's origin.
+    // Clears the record and moves the current position to the origin (0, 0)
+    // of the user scale, as a classic picture box does.
     void cls();
-    // Text size in user units (always positive).
+    // Text size in user units (always positive). Measured with the font at
+    // the design size, so the result does not depend on the widget's size.
     double textWidth(const QString& s) const;
     double textHeight(const QString& s) const;
+    // Distance from the top of a text line to its baseline, in user units.
+    double textAscent() const;
     // Prints s with its top-left at the current position, then moves the
     // current position to the start of the next line.
     void print(const QString& s);
@@ -99,6 +110,15 @@ public:
     void polygon(const QVector<QPointF>& points, OleColor c);
 
     const std::vector<DrawPrimitive>& primitives() const { return record_; }
+
+    // Replays the record onto painter as if the surface were size large
+    // (logical pixels; the painter's device pixel ratio is honoured).
+    void replay(QPainter& painter, QSizeF size) const;
+    // The surface's picture at the given size: background and record.
+    QImage toImage(QSize size, qreal devicePixelRatio = 1.0) const;
+    // The factor by which text and pen widths are scaled at a widget size:
+    // min(width / design width, height / design height).
+    double fontScale(QSizeF size) const;
 
     // Mapping between user units and widget pixels (logical pixels).
     QPointF toPixel(QPointF user) const;
@@ -126,6 +146,8 @@ protected:
 private:
     void relayoutChildren();
     double fontPixelSize() const;
+    QSizeF effectiveSize() const;
+    QPointF mapToPixel(QPointF user, QSizeF size) const;
 
     double left_ = 0, top_ = 0, right_ = 100, bottom_ = 100;
     QSize designSize_{300, 200};

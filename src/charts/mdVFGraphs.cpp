@@ -5,12 +5,87 @@
 
 #include <kelmar/mdKelMain.h>
 
+#include <algorithm>
+#include <cmath>
+
 namespace kelmar {
 
 namespace {
+
 constexpr std::int16_t kPointCount = 32;
-// Every eighth score tick carries a label, so five labels share the axis.
-constexpr int kScoreLabelEvery = 8;
+
+// The plot box is 0..100 by 0..100 inside this scale.
+constexpr double kScaleLeft = -14;
+constexpr double kScaleTop = 110;
+constexpr double kScaleRight = 120;
+constexpr double kScaleBottom = -14;
+
+// Label placement, in user units: score labels hang from y = -2 under
+// their tick, value labels end 2 units left of the axis.
+constexpr double kScoreLabelTop = -2;
+constexpr double kValueLabelGap = 2;
+// Horizontal room kept free between two neighbouring score labels (about
+// two digits), so a row of decimal labels stays easy to read.
+constexpr double kScoreLabelSpacing = 4;
+
+constexpr double kLabelPoint = 8.0;
+constexpr double kTitlePoint = 9.0;
+constexpr double kTitleMinPoint = 6.0;
+
+// The window background: the grid lines in the button-face colour need a
+// lighter ground to be seen.
+constexpr OleColor kChartBack = 0x80000005;
+
+// The score of tick i of count: the ends are copied, the steps in between
+// are formed in single precision.
+double tickScore(int i, int count, double scoreMin, double scoreMax) {
+    if (i == 0) return scoreMin;
+    if (i == count) return scoreMax;
+    const float step = csng((scoreMax - scoreMin) / count);
+    return scoreMin + static_cast<double>(static_cast<float>(i) * step);
+}
+
+QString scoreLabel(double score) {
+    QString label = fmt::formatNumber(score, QStringLiteral("#,##0.###"));
+    return TrimTrailingPoint(label);
+}
+
+// Every how many score ticks a label is printed: the smallest step that
+// divides the tick count and keeps the widest label clear of its
+// neighbours. Both ends are always labelled.
+int scoreLabelStep(DrawSurface& pic, int count, double scoreMin, double scoreMax) {
+    if (count <= 0) return 1;
+    double widest = 0;
+    for (int i = 0; i <= count; ++i)
+        widest = std::max(widest, pic.textWidth(scoreLabel(tickScore(i, count, scoreMin, scoreMax))));
+    for (int step = 1; step < count; ++step) {
+        if (count % step != 0) continue;
+        if (widest + kScoreLabelSpacing <= step * 100.0 / count) return step;
+    }
+    return count;
+}
+
+// The title's font: as large as fits in the band above the plot box (the
+// title hangs one text line below the top of the scale, and its baseline
+// must stay clear of the frame) and within the box's width. A name too long
+// even for the smallest size is cut short with an ellipsis.
+QString fitTitle(DrawSurface& pic, const QString& title) {
+    pic.setFontBold(true);
+    const double gap = 1.5;
+    double pt = kTitlePoint;
+    for (; pt > kTitleMinPoint; pt -= 0.5) {
+        pic.setFontPointSize(pt);
+        const bool fitsBand = pic.textHeight(title) + pic.textAscent() <= kScaleTop - 100 - gap;
+        if (fitsBand && pic.textWidth(title) <= 100) return title;
+    }
+    pic.setFontPointSize(kTitleMinPoint);
+    if (pic.textWidth(title) <= 100) return title;
+    const QString ellipsis(QChar(0x2026));
+    QString cut = title;
+    while (cut.size() > 1 && pic.textWidth(cut + ellipsis) > 100) cut.chop(1);
+    return cut.trimmed() + ellipsis;
+}
+
 }  // namespace
 
 void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
@@ -21,7 +96,7 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
     std::int16_t seriesCount = 1;
     std::vector<std::vector<float>> table(2, std::vector<float>(kPointCount + 1, 0.0f));
 
-    std::int16_t n = Variant(w.SmpSize(att).toString()).toInteger();
+    std::int16_t n = w.SmpSize(att).toInteger();
     const std::int16_t last = checkedSub(n, 1);
     if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
     VariantArray xs(0, last), ys(0, last), out(0, 4);
@@ -31,10 +106,10 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
     }
     double scoreMin = w.ScoreMinimum(att).toDouble();
     double scoreMax = w.ScoreMaximum(att).toDouble();
-    const double h = (scoreMax - scoreMin) / kPointCount;
+    const float h = csng((scoreMax - scoreMin) / kPointCount);
     std::int16_t evaluate = -1;
     for (int k = 0; k <= kPointCount; ++k) {
-        double x = scoreMin + k * h;
+        double x = scoreMin + static_cast<double>(static_cast<float>(k) * h);
         AkimaInterpolate(xs, ys, n, evaluate, x, out);
         double v = out(4).toDouble();
         if (v > 1.0) {
@@ -45,13 +120,21 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
         table[1][static_cast<std::size_t>(k)] = static_cast<float>(v);
     }
 
-    // Value labels from the top of the axis down: 1.00 .. 0.00 or 100 .. 0.
-    std::vector<QString> labels;
-    for (int i = 4; i >= 0; --i) {
-        const double v = maxVal * i / 4.0;
-        labels.push_back(fmt::formatNumber(v, maxVal >= 10 ? QStringLiteral("0") : QStringLiteral("0.00")));
-    }
+    // Labels 0 .. maxVal in quarters, index i at the height i/4 of the box:
+    // "0.00" .. "1.00" on the unit scale, whole numbers ("0", "25", ...,
+    // "100") once the scale reaches 10, with decimals only where a quarter
+    // needs them ("2.5" on a scale of 10).
     std::int16_t valueTicks = 4;
+    std::vector<QString> labels;
+    for (int i = 0; i <= valueTicks; ++i) {
+        const float v = static_cast<float>(maxVal) * static_cast<float>(i) / valueTicks;
+        if (maxVal >= 10) {
+            QString s = fmt::formatNumber(v, QStringLiteral("0.##"));
+            labels.push_back(TrimTrailingPoint(s));
+        } else {
+            labels.push_back(fmt::formatNumber(v, QStringLiteral("0.00")));
+        }
+    }
     DrawVFAxes(pic, title, valueTicks, labels, pointCount, scoreMin, scoreMax);
     double divisor = 1.0;
     DrawVFSeries(pic, pointCount, seriesCount, table, divisor);
@@ -60,45 +143,49 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
 void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
                 std::vector<QString>& valueLabels, std::int16_t& scoreTicks, double& scoreMin,
                 double& scoreMax) {
+    pic.setBackColor(kChartBack);
     pic.cls();
-    pic.setScale(-14, 110, 120, -14);
+    pic.setScale(kScaleLeft, kScaleTop, kScaleRight, kScaleBottom);
     pic.setDrawWidth(1);
-    pic.setForeColor(ole::Black);
+    pic.setForeColor(qbColor(0));
 
-    pic.setFontBold(true);
-    pic.setCurrentX((100 - pic.textWidth(title)) / 2);
-    pic.setCurrentY(110 - pic.textHeight(title) / 2);
-    pic.print(title);
+    const QString shown = fitTitle(pic, title);
+    pic.setCurrentX((100 - pic.textWidth(shown)) / 2);
+    pic.setCurrentY(kScaleTop - pic.textHeight(shown));
+    pic.print(shown);
     pic.setFontBold(false);
+    pic.setFontPointSize(kLabelPoint);
 
-    pic.line(0, 0, 0, 100, ole::Black);
-    pic.line(0, 0, 100, 0, ole::Black);
+    pic.line(0, 0, 0, 100, qbColor(0));
+    pic.line(0, 0, 100, 0, qbColor(0));
 
+    const int labelStep = scoreLabelStep(pic, scoreTicks, scoreMin, scoreMax);
     for (int i = 0; i <= scoreTicks; ++i) {
         const float x = static_cast<float>(i) * 100.0f / static_cast<float>(scoreTicks);
-        if (i > 0) pic.line(x, 0, x, 100, ole::ButtonFace);
-        if (i % kScoreLabelEvery != 0 && i != scoreTicks) continue;
-        const double score = scoreMin + i * (scoreMax - scoreMin) / scoreTicks;
-        QString label = fmt::formatNumber(score, QStringLiteral("#,##0.###"));
-        label = TrimTrailingPoint(label);
+        pic.line(x, 0, x, 100, ole::ButtonFace);
+        if (i % labelStep != 0) continue;
+        const QString label = scoreLabel(tickScore(i, scoreTicks, scoreMin, scoreMax));
         pic.setCurrentX(x - pic.textWidth(label) / 2);
-        pic.setCurrentY(-2);
+        pic.setCurrentY(kScoreLabelTop);
         pic.print(label);
     }
 
-    for (int j = 0; j <= valueTicks; ++j) {
-        const double y = 100.0 * (valueTicks - j) / valueTicks;
-        if (j < valueTicks) pic.line(0, y, 100, y, ole::ButtonFace);
-        if (j >= static_cast<int>(valueLabels.size())) continue;
-        const QString& label = valueLabels[static_cast<std::size_t>(j)];
-        pic.setCurrentX(-2 - pic.textWidth(label));
+    for (int i = 0; i <= valueTicks; ++i) {
+        const double y = 100.0 * i / valueTicks;
+        pic.line(0, y, 100, y, ole::ButtonFace);
+        if (i >= static_cast<int>(valueLabels.size())) continue;
+        const QString& label = valueLabels[static_cast<std::size_t>(i)];
+        pic.setCurrentX(-kValueLabelGap - pic.textWidth(label));
         pic.setCurrentY(y + pic.textHeight(label) / 2);
         pic.print(label);
     }
 
+    // The caption stands right-aligned with the value labels, just above
+    // the top one.
     const QString caption = QStringLiteral("V(s)");
-    pic.setCurrentX(-12);
-    pic.setCurrentY(108);
+    const double lineHeight = pic.textHeight(caption);
+    pic.setCurrentX(-kValueLabelGap - pic.textWidth(caption));
+    pic.setCurrentY(std::min(100 + 1.5 * lineHeight, kScaleTop));
     pic.print(caption);
 
     pic.line(0, 0, 0, 100, qbColor(0));
@@ -112,7 +199,7 @@ void DrawVFSeries(DrawSurface& pic, std::int16_t& pointCount, std::int16_t& seri
     const int savedWidth = pic.drawWidth();
     pic.setDrawWidth(2);
     for (int s = 1; s <= seriesCount; ++s) {
-        const auto& series = table.at(static_cast<std::size_t>(s));
+        const std::vector<float>& series = table.at(static_cast<std::size_t>(s));
         double x = 0;
         double y = series.at(0) * 100.0 / divisor;
         for (int k = 1; k <= pointCount; ++k) {
@@ -129,19 +216,34 @@ void DrawVFSeries(DrawSurface& pic, std::int16_t& pointCount, std::int16_t& seri
 void DrawPanel(DrawSurface& pic, double x1, double y1, double x2, double y2, std::int16_t style) {
     const int savedWidth = pic.drawWidth();
     const OleColor savedColor = pic.foreColor();
+    const double savedX = pic.currentX();
+    const double savedY = pic.currentY();
     pic.setDrawWidth(1);
     pic.filledBox(x1, y1, x2, y2, ole::ButtonFace);
-    const double dx = x2 > x1 ? 0.4 : -0.4;
-    const double dy = y2 > y1 ? 0.4 : -0.4;
-    const OleColor first = style == 1 ? ole::White : ole::ButtonShadow;
-    const OleColor second = style == 1 ? ole::ButtonShadow : ole::White;
-    // The edges at (x1, y1) and at (x2, y2).
-    pic.line(x1 + dx, y1 + dy, x2 - dx, y1 + dy, first);
-    pic.line(x1 + dx, y1 + dy, x1 + dx, y2 - dy, first);
-    pic.line(x1 + dx, y2 - dy, x2 - dx, y2 - dy, second);
-    pic.line(x2 - dx, y1 + dy, x2 - dx, y2 - dy, second);
+
+    // Which of the given edges appear at the top and at the left depends on
+    // the direction of the user scale.
+    const bool yDown = pic.scaleHeight() > 0;
+    const bool xRight = pic.scaleWidth() > 0;
+    const double top = yDown ? std::min(y1, y2) : std::max(y1, y2);
+    const double bottom = yDown ? std::max(y1, y2) : std::min(y1, y2);
+    const double left = xRight ? std::min(x1, x2) : std::max(x1, x2);
+    const double right = xRight ? std::max(x1, x2) : std::min(x1, x2);
+    const double inY = yDown ? 0.4 : -0.4;
+    const double inX = xRight ? 0.4 : -0.4;
+    const double t = top + inY, b = bottom - inY, l = left + inX, r = right - inX;
+
+    const OleColor lit = style == 2 ? ole::ButtonShadow : ole::White;
+    const OleColor shaded = style == 2 ? ole::White : ole::ButtonShadow;
+    pic.line(l, t, r, t, lit);
+    pic.line(l, t, l, b, lit);
+    pic.line(l, b, r, b, shaded);
+    pic.line(r, t, r, b, shaded);
+
     pic.setDrawWidth(savedWidth);
     pic.setForeColor(savedColor);
+    pic.setCurrentX(savedX);
+    pic.setCurrentY(savedY);
 }
 
 }  // namespace kelmar

@@ -28,4 +28,11 @@ void DrawVFSeries(DrawSurface& pic, std::int16_t& pointCount, std::int16_t& seri
 // A raised (style 1) or sunken (style 2) panel filled with the button face.
 void DrawPanel(DrawSurface& pic, double x1, double y1, double x2, double y2, std::int16_t style);
 
+// One decoration band of the Direct Rating chart: a pale band over the
+// rating area between the scale positions lo and hi (band 1, 2 or 3), named
+// by the part of the value range it covers. falling: the attribute's values
+// fall along the scale (a cost attribute).
+void DrawRatingBand(DrawSurface& pic, std::int16_t band, double lo, double hi,
+                    bool falling = false);
+
 }  // namespace kelmar

@@ -53,8 +53,11 @@ class KelmarDll::Impl : public PageEventSink {
 public:
     ~Impl() override {
         // The Midpoint page is let go first; the others go with the object.
-        release(mKelMidPoint);
-        for (QPointer<KelPage>* slot : allSlots()) release(*slot);
+        // A host may drop the component from inside an event that a page
+        // raised, so a page whose handler is still running is only
+        // scheduled for deletion.
+        discard(mKelMidPoint);
+        for (QPointer<KelPage>* slot : allSlots()) discard(*slot);
     }
 
     KelmarEvents* events = nullptr;
@@ -110,6 +113,17 @@ public:
         page->deleteLater();
     }
 
+    static void discard(QPointer<KelPage>& slot) {
+        KelPage* page = slot.data();
+        if (page != nullptr && !page->isRunningHandler()) {
+            slot = nullptr;
+            page->setEventSink(nullptr);
+            delete page;
+            return;
+        }
+        release(slot);
+    }
+
     void hideForm(std::int16_t frmID) {
         if (frmID < 0 || frmID > 8) return;
         KelPage* page = slotFor(frmID).data();
@@ -126,7 +140,7 @@ public:
             runModal(*page);
             return;
         }
-        slot->move(static_cast<int>(frmLeft), static_cast<int>(frmTop));
+        slot->move(qRound(frmLeft), qRound(frmTop));
         slot->show();
     }
 
@@ -213,7 +227,7 @@ void KelmarDll::ShowForm(std::int16_t& frmID, float& frmLeft, float& frmTop) {
 
 void KelmarDll::UnloadKelmar() {
     // The Category Identification, Bisection, Variable Certainty and
-    // specification pages are kept on purpose.
+    // specification view pages are kept on purpose.
     Impl::release(d_->mKelSettings);
     Impl::release(d_->mKelDirectRating);
     Impl::release(d_->mKelMidPoint);

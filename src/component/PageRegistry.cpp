@@ -18,6 +18,11 @@ bool registerPage(int pageId, PageFactory factory) {
     return true;
 }
 
+PageFactory registeredPage(int pageId) {
+    const auto it = registry().find(pageId);
+    return it != registry().end() ? it->second : nullptr;
+}
+
 KelPage* createPage(int pageId) {
     const auto it = registry().find(pageId);
     if (it != registry().end() && it->second != nullptr) return it->second();

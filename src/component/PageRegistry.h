@@ -15,6 +15,9 @@ inline constexpr int kSpecificationViewKey = 100;
 // Registers (or replaces) the factory for a page id. Returns true so that it
 // can initialise a namespace-scope constant.
 bool registerPage(int pageId, PageFactory factory);
+// The factory registered for an id, or nullptr (tests swap factories and
+// put the old one back).
+PageFactory registeredPage(int pageId);
 // Creates a new page for the id: the registered class, or a placeholder.
 KelPage* createPage(int pageId);
 

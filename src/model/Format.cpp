@@ -34,9 +34,9 @@ Decimal roundDecimal(double v, int decimals, bool halfEven) {
     const int keep = point + decimals;
     if (keep < 0) return out;
 
-    std::string kept = keep < static_cast<int>(digits.size())
-                           ? digits.substr(0, static_cast<std::size_t>(keep))
-                           : digits + std::string(static_cast<std::size_t>(keep) - digits.size(), '0');
+    std::string kept = digits.substr(0, static_cast<std::size_t>(keep));
+    if (keep > static_cast<int>(digits.size()))
+        kept.append(static_cast<std::size_t>(keep) - digits.size(), '0');
     bool roundUp = false;
     if (keep < static_cast<int>(digits.size())) {
         const char next = digits[static_cast<std::size_t>(keep)];
@@ -66,11 +66,16 @@ Decimal roundDecimal(double v, int decimals, bool halfEven) {
         out.integer = kept.substr(0, static_cast<std::size_t>(intDigits));
         out.fraction = kept.substr(static_cast<std::size_t>(intDigits));
     } else {
-        out.integer = "0";
-        out.fraction = std::string(static_cast<std::size_t>(-intDigits), '0') + kept;
+        out.integer.assign(1, '0');
+        out.fraction.assign(static_cast<std::size_t>(-intDigits), '0');
+        out.fraction.append(kept);
     }
     const std::size_t nz = out.integer.find_first_not_of('0');
-    out.integer = nz == std::string::npos ? "0" : out.integer.substr(nz);
+    if (nz == std::string::npos) {
+        out.integer.assign(1, '0');
+    } else {
+        out.integer.erase(0, nz);
+    }
     return out;
 }
 

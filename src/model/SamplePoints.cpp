@@ -1,8 +1,10 @@
+#include "model/AkimaCore.h"
 #include "model/Arith.h"
 
 #include <kelmar/mdKelMain.h>
 
 #include <cmath>
+#include <vector>
 
 namespace kelmar {
 
@@ -41,16 +43,29 @@ void layOutValues(WizardData& w, std::int16_t att, std::int16_t size) {
 }
 
 // The old points of the attribute, copied before they are overwritten.
-void copyOldPoints(WizardData& w, std::int16_t att, std::int16_t oldSize, VariantArray& xs,
-                   VariantArray& ys) {
+struct OldPoints {
+    std::vector<double> x, y;
+    int n = 0;
+};
+
+OldPoints copyOldPoints(WizardData& w, std::int16_t att, std::int16_t oldSize) {
     const std::int16_t last = checkedSub(oldSize, 1);
     if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    xs.redim(0, last);
-    ys.redim(0, last);
+    OldPoints old;
+    old.n = last + 1;
+    old.x.resize(static_cast<std::size_t>(old.n));
+    old.y.resize(static_cast<std::size_t>(old.n));
     for (int k = 0; k <= last; ++k) {
-        xs(k) = w.SmpX(att, k);
-        ys(k) = w.SmpY(att, k);
+        old.x[static_cast<std::size_t>(k)] = w.SmpX(att, k).toDouble();
+        old.y[static_cast<std::size_t>(k)] = w.SmpY(att, k).toDouble();
     }
+    return old;
+}
+
+double valueOn(const OldPoints& old, double x) {
+    double out[5];
+    akimaCore(old.x.data(), old.y.data(), old.n, true, x, out);
+    return out[4];
 }
 
 }  // namespace
@@ -97,16 +112,10 @@ void SetLinearSamplePoints(std::int16_t& att, std::int16_t& newSize) {
 
 void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
     WizardData& w = wizardData();
-    VariantArray xs, ys, out(0, 4);
-    copyOldPoints(w, att, oldSize, xs, ys);
+    const OldPoints old = copyOldPoints(w, att, oldSize);
     layOutScores(w, att, newSize);
-
-    std::int16_t n = oldSize;
-    std::int16_t evaluate = -1;
     for (std::int16_t k = 1; k <= newSize - 2; ++k) {
-        double x = w.SmpX(att, k).toDouble();
-        AkimaInterpolate(xs, ys, n, evaluate, x, out);
-        w.SmpY(att, k) = out(4);
+        w.SmpY(att, k) = valueOn(old, w.SmpX(att, k).toDouble());
     }
     const bool cost = isCostOriented();
     w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
@@ -116,8 +125,7 @@ void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
 
 void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
     WizardData& w = wizardData();
-    VariantArray xs, ys, out(0, 4);
-    copyOldPoints(w, att, oldSize, xs, ys);
+    const OldPoints old = copyOldPoints(w, att, oldSize);
     layOutValues(w, att, newSize);
     w.SmpX(att, 0) = w.ScoreMinimum(att);
     w.SmpX(att, checkedSub(newSize, 1)) = w.ScoreMaximum(att);
@@ -125,21 +133,19 @@ void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
     const double low = w.ScoreMinimum(att).toDouble();
     const double high = w.ScoreMaximum(att).toDouble();
     const float step = csng((high - low) / 1000.0);
-    std::int16_t n = oldSize;
-    std::int16_t evaluate = -1;
     for (std::int16_t k = 1; k <= newSize - 2; ++k) {
         const double level = w.SmpY(att, k).toDouble();
-        double x = xs(0).toDouble();
+        double x = old.x[0];
         for (;;) {
-            x = x + static_cast<double>(step);
-            if (x >= high || step <= 0.0f) {
-                // The old curve never reaches this level: half the range,
-                // measured from zero.
+            const double next = x + static_cast<double>(step);
+            if (next >= high || next <= x) {
+                // The old curve never comes near this level: half the
+                // range, measured from zero.
                 x = (high - low) / 2.0;
                 break;
             }
-            AkimaInterpolate(xs, ys, n, evaluate, x, out);
-            if (std::fabs(level - out(4).toDouble()) <= 0.01) break;
+            x = next;
+            if (std::fabs(level - valueOn(old, x)) <= 0.01) break;
         }
         w.SmpX(att, k) = x;
     }
@@ -160,30 +166,6 @@ void PrepareCategoryPoints(std::int16_t& att) {
         w.SmpSize(att) = w.CategoryCount;
         std::int16_t newSize = w.CategoryCount;
         CategoryPointsFromOtherTechnique(att, newSize, oldSize);
-    }
-}
-
-// The category technique's own fitting comes with its page; until then the
-// three routines leave linear points of the new size.
-void CategoryPointsFromLinear(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
-    (void)oldSize;
-    SetLinearSamplePoints(att, newSize);
-}
-
-void CategoryPointsRefresh(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
-    (void)oldSize;
-    WizardData& w = wizardData();
-    w.SmpX(att, 0) = w.ScoreMinimum(att);
-    w.SmpX(att, checkedSub(newSize, 1)) = w.ScoreMaximum(att);
-}
-
-void CategoryPointsFromOtherTechnique(std::int16_t& att, std::int16_t& newSize,
-                                      std::int16_t& oldSize) {
-    WizardData& w = wizardData();
-    if (w.VFunType(att) == Variant(std::int16_t(0)) || oldSize < 2) {
-        SetLinearSamplePoints(att, newSize);
-    } else {
-        ResampleByScore(att, newSize, oldSize);
     }
 }
 

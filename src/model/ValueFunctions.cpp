@@ -1,3 +1,4 @@
+#include "model/AkimaCore.h"
 #include "model/Arith.h"
 
 #include <kelmar/mdKelMain.h>
@@ -40,27 +41,30 @@ float ComputeScoreMiddle(std::int16_t& att) {
     // Local copies of the sample points; an empty size cannot be dimensioned.
     const std::int16_t last = checkedSub(w.SmpSize(att).toInteger(), 1);
     if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    VariantArray xs(0, last), ys(0, last), out(0, 4);
+    std::vector<double> xs(static_cast<std::size_t>(last) + 1);
+    std::vector<double> ys(xs.size());
     for (int k = 0; k <= last; ++k) {
-        xs(k) = w.SmpX(att, k);
-        ys(k) = w.SmpY(att, k);
+        xs[static_cast<std::size_t>(k)] = w.SmpX(att, k).toDouble();
+        ys[static_cast<std::size_t>(k)] = w.SmpY(att, k).toDouble();
     }
-    std::int16_t n = Variant(w.SmpSize(att).toString()).toInteger();
-    std::int16_t evaluate = -1;
+    const std::int16_t n = Variant(w.SmpSize(att).toString()).toInteger();
+    if (n < 1 || n > last + 1) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
 
     // Walk up from the lowest sample score in steps of a thousandth of the
     // range until the curve comes within 0.01 of one half.
     const float step = csng((highEnd - lowEnd) / 1000.0);
-    const double top = xs(n - 1).toDouble();
-    double x = xs(0).toDouble();
+    const double top = xs[static_cast<std::size_t>(n - 1)];
+    double x = xs[0];
     double closest = (lowEnd + highEnd) / 2.0;
     double closestGap = 2.0;
+    double out[5];
     if (step > 0.0f) {
         for (;;) {
-            x = x + static_cast<double>(step);
-            if (x >= top) break;
-            AkimaInterpolate(xs, ys, n, evaluate, x, out);
-            const double gap = std::fabs(0.5 - out(4).toDouble());
+            const double next = x + static_cast<double>(step);
+            if (next >= top || next == x) break;
+            x = next;
+            akimaCore(xs.data(), ys.data(), n, true, x, out);
+            const double gap = std::fabs(0.5 - out[4]);
             if (gap < 0.01) return csng(x);
             if (gap < closestGap) {
                 closestGap = gap;
@@ -68,8 +72,9 @@ float ComputeScoreMiddle(std::int16_t& att) {
             }
         }
     }
-    // The curve jumps across one half between two grid scores: the grid score
-    // nearest to it stands for the middle.
+    // The curve crosses one half between two grid scores (it is that steep
+    // there): the grid score nearest to one half stands for the middle. With
+    // no grid score at all, the middle of the range.
     return csng(closest);
 }
 

@@ -113,7 +113,7 @@ Variant& Variant::operator=(const Variant& other) {
 
 Variant& Variant::operator=(Variant&& other) noexcept {
     if (this != &other) {
-        destroy();
+        if (type_ >= Type::String) destroy();
         type_ = other.type_;
         u_ = other.u_;
         s_ = std::move(other.s_);
@@ -123,7 +123,9 @@ Variant& Variant::operator=(Variant&& other) noexcept {
     return *this;
 }
 
-Variant::~Variant() { destroy(); }
+Variant::~Variant() {
+    if (type_ == Type::Array) delete u_.a;
+}
 
 void Variant::destroy() noexcept {
     if (type_ == Type::Array) delete u_.a;
@@ -276,21 +278,6 @@ int VariantArray::ubound(int dimension) const {
     return dimension == 1 ? hi1_ : hi2_;
 }
 
-std::size_t VariantArray::offset(int i) const {
-    if (dims_ != 1 || i < lo1_ || i > hi1_) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    return static_cast<std::size_t>(i - lo1_);
-}
-
-std::size_t VariantArray::offset(int i, int j) const {
-    if (dims_ != 2 || i < lo1_ || i > hi1_ || j < lo2_ || j > hi2_)
-        throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    return static_cast<std::size_t>(i - lo1_) * static_cast<std::size_t>(hi2_ - lo2_ + 1) +
-           static_cast<std::size_t>(j - lo2_);
-}
-
-Variant& VariantArray::operator()(int i) { return data_[offset(i)]; }
-const Variant& VariantArray::operator()(int i) const { return data_[offset(i)]; }
-Variant& VariantArray::operator()(int i, int j) { return data_[offset(i, j)]; }
-const Variant& VariantArray::operator()(int i, int j) const { return data_[offset(i, j)]; }
+void VariantArray::outOfRange() { throw RuntimeError(RuntimeError::SubscriptOutOfRange); }
 
 }  // namespace kelmar

@@ -17,9 +17,24 @@ KelPage::KelPage(int pageId, QWidget* parent) : QDialog(parent), pageId_(pageId)
 
 KelPage::~KelPage() = default;
 
+namespace {
+// Counts the handlers of a page that are on the stack.
+class RunningGuard {
+public:
+    explicit RunningGuard(int& count) : count_(count) { ++count_; }
+    ~RunningGuard() { --count_; }
+    RunningGuard(const RunningGuard&) = delete;
+    RunningGuard& operator=(const RunningGuard&) = delete;
+
+private:
+    int& count_;
+};
+}  // namespace
+
 void KelPage::load() {
     if (loaded_) return;
     loaded_ = true;
+    RunningGuard running(running_);
     onLoad();
 }
 
@@ -27,13 +42,17 @@ float KelPage::pageLeft() const { return static_cast<float>(frameGeometry().x())
 float KelPage::pageTop() const { return static_cast<float>(frameGeometry().y()); }
 
 void KelPage::handle(const std::function<void()>& handler) {
+    RunningGuard running(running_);
     try {
         handler();
     } catch (const RuntimeError& error) {
         reportRuntimeError(this, error);
     } catch (const std::exception& error) {
         // A fault in the host's own event handler must not take the host down.
-        reportRuntimeError(this, RuntimeError(RuntimeError::IllegalCall, QString::fromLocal8Bit(error.what())));
+        reportRuntimeError(this, RuntimeError(RuntimeError::IllegalCall,
+                                              QString::fromLocal8Bit(error.what())));
+    } catch (...) {
+        reportRuntimeError(this, RuntimeError(RuntimeError::IllegalCall));
     }
 }
 

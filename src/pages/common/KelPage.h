@@ -63,6 +63,9 @@ public:
     // Runs a handler: a RuntimeError ends it and is reported to the user;
     // nothing escapes into the event loop.
     void handle(const std::function<void()>& handler);
+    // True while load() or one of the page's handlers is on the stack; such
+    // a page must not be deleted right away.
+    bool isRunningHandler() const noexcept { return running_ > 0; }
 
 protected:
     virtual void onLoad() {}
@@ -87,6 +90,7 @@ private:
     int pageId_;
     PageEventSink* sink_ = nullptr;
     bool loaded_ = false;
+    int running_ = 0;
 };
 
 }  // namespace kelmar

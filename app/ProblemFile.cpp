@@ -1,0 +1,385 @@
+#include "ProblemFile.h"
+
+#include <kelmar/KelmarDll.h>
+#include <kelmar/mdKelMain.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonParseError>
+
+#include <algorithm>
+#include <iterator>
+#include <cmath>
+
+namespace kelmarhost {
+
+using kelmar::Variant;
+using kelmar::VariantArray;
+
+namespace {
+
+constexpr int kMaxPoints = 11;
+
+QString typeName(const QJsonValue& v) {
+    switch (v.type()) {
+    case QJsonValue::Null: return QStringLiteral("null");
+    case QJsonValue::Bool: return QStringLiteral("true or false");
+    case QJsonValue::Double: return QStringLiteral("a number");
+    case QJsonValue::String: return QStringLiteral("a string");
+    case QJsonValue::Array: return QStringLiteral("an array");
+    case QJsonValue::Object: return QStringLiteral("an object");
+    case QJsonValue::Undefined: break;
+    }
+    return QStringLiteral("nothing");
+}
+
+// Reads the fields of one problem file and reports the first fault.
+class Reader {
+public:
+    explicit Reader(QString source) : source_(std::move(source)) {}
+
+    [[noreturn]] void fail(const QString& field, const QString& what) const {
+        throw ProblemFileError(QStringLiteral("%1: %2: %3").arg(source_, field, what));
+    }
+
+    QJsonValue required(const QJsonObject& o, const QString& key, const QString& path) const {
+        if (!o.contains(key)) fail(path, QStringLiteral("required field is missing"));
+        return o.value(key);
+    }
+
+    QJsonArray array(const QJsonValue& v, const QString& path) const {
+        if (!v.isArray()) fail(path, QStringLiteral("expected an array, found %1").arg(typeName(v)));
+        return v.toArray();
+    }
+    QJsonObject object(const QJsonValue& v, const QString& path) const {
+        if (!v.isObject())
+            fail(path, QStringLiteral("expected an object, found %1").arg(typeName(v)));
+        return v.toObject();
+    }
+    QString string(const QJsonValue& v, const QString& path) const {
+        if (!v.isString()) fail(path, QStringLiteral("expected a string, found %1").arg(typeName(v)));
+        return v.toString();
+    }
+    double number(const QJsonValue& v, const QString& path) const {
+        if (!v.isDouble()) fail(path, QStringLiteral("expected a number, found %1").arg(typeName(v)));
+        return v.toDouble();
+    }
+    int integer(const QJsonValue& v, const QString& path, int lo, int hi) const {
+        const double d = number(v, path);
+        if (d != std::floor(d) || d < lo || d > hi)
+            fail(path, QStringLiteral("expected a whole number from %1 to %2, found %3")
+                           .arg(lo)
+                           .arg(hi)
+                           .arg(d));
+        return static_cast<int>(d);
+    }
+
+private:
+    QString source_;
+};
+
+double requiredNumber(const Reader& r, const QJsonObject& o, const QString& key,
+                      const QString& path) {
+    const QString field = path + QLatin1Char('.') + key;
+    return r.number(r.required(o, key, field), field);
+}
+
+ValueFunction readFunction(const Reader& r, const QJsonObject& o, const QString& path) {
+    ValueFunction f;
+    f.minimum = requiredNumber(r, o, QStringLiteral("scoreMinimum"), path);
+    f.maximum = requiredNumber(r, o, QStringLiteral("scoreMaximum"), path);
+    if (!(f.minimum < f.maximum))
+        r.fail(path + QStringLiteral(".scoreMaximum"),
+               QStringLiteral("must be greater than scoreMinimum (%1), found %2")
+                   .arg(f.minimum)
+                   .arg(f.maximum));
+    if (o.contains(QStringLiteral("scoreMiddle"))) {
+        f.middle = r.number(o.value(QStringLiteral("scoreMiddle")),
+                            path + QStringLiteral(".scoreMiddle"));
+        if (f.middle < f.minimum || f.middle > f.maximum)
+            r.fail(path + QStringLiteral(".scoreMiddle"),
+                   QStringLiteral("expected a score from %1 to %2, found %3")
+                       .arg(f.minimum)
+                       .arg(f.maximum)
+                       .arg(f.middle));
+    } else {
+        f.middle = (f.minimum + f.maximum) / 2.0;
+    }
+    if (o.contains(QStringLiteral("technique")))
+        f.technique = r.integer(o.value(QStringLiteral("technique")),
+                                path + QStringLiteral(".technique"), 0, 7);
+    if (o.contains(QStringLiteral("type")))
+        f.type = r.integer(o.value(QStringLiteral("type")), path + QStringLiteral(".type"), 0, 1);
+    if (o.contains(QStringLiteral("points"))) {
+        const QString pp = path + QStringLiteral(".points");
+        const QJsonArray points = r.array(o.value(QStringLiteral("points")), pp);
+        if (points.size() < 2 || points.size() > kMaxPoints)
+            r.fail(pp, QStringLiteral("expected 2 to %1 points, found %2")
+                           .arg(kMaxPoints)
+                           .arg(points.size()));
+        for (qsizetype k = 0; k < points.size(); ++k) {
+            const QString pk = QStringLiteral("%1[%2]").arg(pp).arg(k);
+            const QJsonArray xy = r.array(points.at(k), pk);
+            if (xy.size() != 2)
+                r.fail(pk, QStringLiteral("expected [score, value], found %1 numbers").arg(xy.size()));
+            const double x = r.number(xy.at(0), pk + QStringLiteral("[0]"));
+            const double y = r.number(xy.at(1), pk + QStringLiteral("[1]"));
+            if (y < 0.0 || y > 1.0)
+                r.fail(pk + QStringLiteral("[1]"),
+                       QStringLiteral("expected a value from 0 to 1, found %1").arg(y));
+            if (!f.points.isEmpty() && !(x > f.points.last().x()))
+                r.fail(pk + QStringLiteral("[0]"),
+                       QStringLiteral("scores must increase from point to point, found %1 after %2")
+                           .arg(x)
+                           .arg(f.points.last().x()));
+            f.points.append(QPointF(x, y));
+        }
+        if (f.points.first().x() != f.minimum || f.points.last().x() != f.maximum)
+            r.fail(pp, QStringLiteral("the first point must lie at scoreMinimum (%1) and the last "
+                                      "at scoreMaximum (%2)")
+                           .arg(f.minimum)
+                           .arg(f.maximum));
+    }
+    if (o.contains(QStringLiteral("parameters"))) {
+        const QString pp = path + QStringLiteral(".parameters");
+        const QJsonObject pars = r.object(o.value(QStringLiteral("parameters")), pp);
+        const QString names[4] = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"),
+                                  QStringLiteral("d")};
+        for (const QString& key : pars.keys()) {
+            if (std::find(std::begin(names), std::end(names), key) == std::end(names))
+                r.fail(pp + QLatin1Char('.') + key,
+                       QStringLiteral("unknown parameter; expected a, b, c or d"));
+        }
+        for (int k = 0; k < 4; ++k) {
+            if (pars.contains(names[k]))
+                f.parameters[k] = r.number(pars.value(names[k]), pp + QLatin1Char('.') + names[k]);
+        }
+    }
+    return f;
+}
+
+}  // namespace
+
+ValueFunction linearFunction(double minimum, double maximum, bool cost, int count) {
+    ValueFunction f;
+    f.minimum = minimum;
+    f.maximum = maximum;
+    f.middle = (minimum + maximum) / 2.0;
+    f.type = 0;
+    for (int k = 0; k < count; ++k) {
+        const double t = static_cast<double>(k) / (count - 1);
+        const double x = k == count - 1 ? maximum : minimum + t * (maximum - minimum);
+        f.points.append(QPointF(x, cost ? 1.0 - t : t));
+    }
+    return f;
+}
+
+Problem parseProblem(const QByteArray& json, const QString& source) {
+    QJsonParseError error{};
+    const QJsonDocument doc = QJsonDocument::fromJson(json, &error);
+    if (error.error != QJsonParseError::NoError)
+        throw ProblemFileError(QStringLiteral("%1: not valid JSON at character %2: %3")
+                                   .arg(source)
+                                   .arg(error.offset)
+                                   .arg(error.errorString()));
+    if (!doc.isObject())
+        throw ProblemFileError(
+            QStringLiteral("%1: the top level must be a JSON object").arg(source));
+    const QJsonObject root = doc.object();
+    const Reader r(source);
+
+    Problem p;
+    p.source = source;
+    if (root.contains(QStringLiteral("title")))
+        p.title = r.string(root.value(QStringLiteral("title")), QStringLiteral("title"));
+    if (root.contains(QStringLiteral("helpDirectory")))
+        p.helpDirectory = r.string(root.value(QStringLiteral("helpDirectory")),
+                                   QStringLiteral("helpDirectory"));
+    if (root.contains(QStringLiteral("methodCode")))
+        p.methodCode = r.integer(root.value(QStringLiteral("methodCode")),
+                                 QStringLiteral("methodCode"), -32768, 32767);
+    if (root.contains(QStringLiteral("maxValue"))) {
+        p.maxValue = r.integer(root.value(QStringLiteral("maxValue")), QStringLiteral("maxValue"),
+                               1, 100);
+        if (p.maxValue != 1 && p.maxValue != 100)
+            r.fail(QStringLiteral("maxValue"),
+                   QStringLiteral("expected 1 or 100, found %1").arg(p.maxValue));
+    }
+
+    const QJsonArray alts = r.array(
+        r.required(root, QStringLiteral("alternatives"), QStringLiteral("alternatives")),
+        QStringLiteral("alternatives"));
+    if (alts.isEmpty())
+        r.fail(QStringLiteral("alternatives"), QStringLiteral("at least one alternative is needed"));
+    if (alts.size() > 32767)
+        r.fail(QStringLiteral("alternatives"), QStringLiteral("more than 32767 alternatives"));
+    for (qsizetype i = 0; i < alts.size(); ++i) {
+        const QString path = QStringLiteral("alternatives[%1]").arg(i);
+        const QString name = r.string(alts.at(i), path).trimmed();
+        if (name.isEmpty()) r.fail(path, QStringLiteral("a name must not be empty"));
+        p.alternatives.append(name);
+    }
+
+    const QJsonArray atts = r.array(
+        r.required(root, QStringLiteral("attributes"), QStringLiteral("attributes")),
+        QStringLiteral("attributes"));
+    if (atts.isEmpty())
+        r.fail(QStringLiteral("attributes"), QStringLiteral("at least one attribute is needed"));
+    if (atts.size() > 32767)
+        r.fail(QStringLiteral("attributes"), QStringLiteral("more than 32767 attributes"));
+    for (qsizetype j = 0; j < atts.size(); ++j) {
+        const QString path = QStringLiteral("attributes[%1]").arg(j);
+        const QJsonObject o = r.object(atts.at(j), path);
+        Attribute a;
+        a.name = r.string(r.required(o, QStringLiteral("name"), path + QStringLiteral(".name")),
+                          path + QStringLiteral(".name"))
+                     .trimmed();
+        if (a.name.isEmpty())
+            r.fail(path + QStringLiteral(".name"), QStringLiteral("a name must not be empty"));
+        if (o.contains(QStringLiteral("definition")))
+            a.definition = r.string(o.value(QStringLiteral("definition")),
+                                    path + QStringLiteral(".definition"));
+        const QString pp = path + QStringLiteral(".property");
+        const QString property = r.string(r.required(o, QStringLiteral("property"), pp), pp);
+        if (property == QLatin1String("cost")) {
+            a.cost = true;
+        } else if (property != QLatin1String("benefit")) {
+            r.fail(pp, QStringLiteral("expected \"cost\" or \"benefit\", found \"%1\"").arg(property));
+        }
+        p.attributes.append(a);
+    }
+
+    const qsizetype altNum = p.alternatives.size();
+    const qsizetype attNum = p.attributes.size();
+    const QJsonArray rows =
+        r.array(r.required(root, QStringLiteral("scores"), QStringLiteral("scores")),
+                QStringLiteral("scores"));
+    if (rows.size() != altNum)
+        r.fail(QStringLiteral("scores"),
+               QStringLiteral("expected %1 rows (one per alternative), found %2")
+                   .arg(altNum)
+                   .arg(rows.size()));
+    for (qsizetype i = 0; i < altNum; ++i) {
+        const QString path = QStringLiteral("scores[%1]").arg(i);
+        const QJsonArray row = r.array(rows.at(i), path);
+        if (row.size() != attNum)
+            r.fail(path, QStringLiteral("expected %1 scores (one per attribute), found %2")
+                             .arg(attNum)
+                             .arg(row.size()));
+        QVector<double> values;
+        for (qsizetype j = 0; j < attNum; ++j)
+            values.append(r.number(row.at(j), QStringLiteral("%1[%2]").arg(path).arg(j)));
+        p.scores.append(values);
+    }
+
+    if (root.contains(QStringLiteral("valueFunctions"))) {
+        const QJsonArray fs = r.array(root.value(QStringLiteral("valueFunctions")),
+                                      QStringLiteral("valueFunctions"));
+        if (fs.size() != attNum)
+            r.fail(QStringLiteral("valueFunctions"),
+                   QStringLiteral("expected %1 functions (one per attribute), found %2")
+                       .arg(attNum)
+                       .arg(fs.size()));
+        for (qsizetype j = 0; j < attNum; ++j) {
+            const QString path = QStringLiteral("valueFunctions[%1]").arg(j);
+            ValueFunction f = readFunction(r, r.object(fs.at(j), path), path);
+            if (f.points.isEmpty()) {
+                const ValueFunction lin =
+                    linearFunction(f.minimum, f.maximum, p.attributes.at(j).cost);
+                f.points = lin.points;
+            }
+            p.functions.append(f);
+        }
+    } else {
+        // Without earlier functions every attribute starts linear on the
+        // range of its scores.
+        for (qsizetype j = 0; j < attNum; ++j) {
+            double lo = p.scores.at(0).at(j);
+            double hi = lo;
+            for (const QVector<double>& row : p.scores) {
+                lo = std::min(lo, row.at(j));
+                hi = std::max(hi, row.at(j));
+            }
+            if (hi <= lo) hi = lo + 1.0;
+            ValueFunction f = linearFunction(lo, hi, p.attributes.at(j).cost);
+            f.technique = kelmar::kDirectRating;
+            p.functions.append(f);
+        }
+    }
+    return p;
+}
+
+Problem loadProblemFile(const QString& path) {
+    QFile file(path);
+    if (!QFileInfo::exists(path))
+        throw ProblemFileError(QStringLiteral("%1: the file does not exist").arg(path));
+    if (!file.open(QIODevice::ReadOnly))
+        throw ProblemFileError(
+            QStringLiteral("%1: the file cannot be read: %2").arg(path, file.errorString()));
+    return parseProblem(file.readAll(), path);
+}
+
+HostArrays toHostArrays(const Problem& p) {
+    HostArrays h;
+    const int altNum = static_cast<int>(p.alternatives.size());
+    const int attNum = static_cast<int>(p.attributes.size());
+    h.QUARNDir = Variant(p.helpDirectory);
+    h.SelMCDAMethod = static_cast<std::int16_t>(p.methodCode);
+    h.AltNum = static_cast<std::int16_t>(altNum);
+    h.AttNum = static_cast<std::int16_t>(attNum);
+
+    h.AltPScore.redim(0, altNum - 1, 0, attNum - 1);
+    h.AttVData.redim(0, altNum - 1, 0, attNum - 1);
+    for (int i = 0; i < altNum; ++i) {
+        for (int j = 0; j < attNum; ++j) {
+            h.AltPScore(i, j) = Variant(p.scores.at(i).at(j));
+            h.AttVData(i, j) = Variant(0.0);
+        }
+    }
+    for (VariantArray* a : {&h.AttName, &h.AttDefinition, &h.AttProperty, &h.ScoreMinimum,
+                            &h.ScoreMiddle, &h.ScoreMaximum, &h.VFTechniqueID, &h.SmpSize,
+                            &h.VFunParA, &h.VFunParB, &h.VFunParC, &h.VFunParD, &h.VFunType}) {
+        a->redim(0, attNum - 1);
+    }
+    h.SmpX.redim(0, attNum - 1, 0, 10);
+    h.SmpY.redim(0, attNum - 1, 0, 10);
+    h.MaxVal = static_cast<std::int16_t>(p.maxValue);
+
+    for (int j = 0; j < attNum; ++j) {
+        const Attribute& a = p.attributes.at(j);
+        const ValueFunction& f = p.functions.at(j);
+        h.AttName(j) = Variant(a.name);
+        h.AttDefinition(j) = Variant(a.definition);
+        // 1 for a cost attribute (less is better), 0 for a benefit attribute.
+        h.AttProperty(j) = Variant(static_cast<std::int16_t>(a.cost ? 1 : 0));
+        h.ScoreMinimum(j) = Variant(f.minimum);
+        h.ScoreMiddle(j) = Variant(f.middle);
+        h.ScoreMaximum(j) = Variant(f.maximum);
+        h.VFTechniqueID(j) = Variant(static_cast<std::int16_t>(f.technique));
+        h.SmpSize(j) = Variant(static_cast<std::int16_t>(f.points.size()));
+        for (int k = 0; k <= 10; ++k) {
+            const bool used = k < f.points.size();
+            h.SmpX(j, k) = Variant(used ? f.points.at(k).x() : 0.0);
+            h.SmpY(j, k) = Variant(used ? f.points.at(k).y() : 0.0);
+        }
+        h.VFunParA(j) = Variant(f.parameters[0]);
+        h.VFunParB(j) = Variant(f.parameters[1]);
+        h.VFunParC(j) = Variant(f.parameters[2]);
+        h.VFunParD(j) = Variant(f.parameters[3]);
+        h.VFunType(j) = Variant(static_cast<std::int16_t>(f.type));
+    }
+    return h;
+}
+
+void transferProblem(kelmar::KelmarDll& component, HostArrays& h) {
+    component.TransferData(h.QUARNDir, h.SelMCDAMethod, h.AltNum, h.AttNum, h.AltPScore,
+                           h.AttVData, h.AttName, h.AttDefinition, h.AttProperty);
+    component.TransferVFunData(h.ScoreMinimum, h.ScoreMiddle, h.ScoreMaximum, h.MaxVal,
+                               h.VFTechniqueID, h.SmpSize, h.SmpX, h.SmpY, h.VFunParA,
+                               h.VFunParB, h.VFunParC, h.VFunParD, h.VFunType);
+}
+
+}  // namespace kelmarhost

@@ -1,0 +1,90 @@
+// A decision problem as kelmar-host reads it from a JSON file (the format is
+// described in docs/problem-format.md), and the arrays the component takes.
+#pragma once
+
+#include <kelmar/Variant.h>
+
+#include <QPointF>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <cstdint>
+#include <stdexcept>
+
+class QByteArray;
+
+namespace kelmar {
+class KelmarDll;
+}
+
+namespace kelmarhost {
+
+struct Attribute {
+    QString name;
+    QString definition;
+    bool cost = false;  // lower scores are better
+};
+
+// An earlier value function of one attribute.
+struct ValueFunction {
+    double minimum = 0.0;
+    double middle = 0.0;
+    double maximum = 1.0;
+    int technique = 1;
+    int type = 0;                  // 0 linear, otherwise the curve through the points
+    QVector<QPointF> points;       // score, value fraction 0..1; 2 to 11 points
+    double parameters[4] = {0.0, 0.0, 0.0, 0.0};
+};
+
+struct Problem {
+    QString source;  // the file name, or "sample problem"
+    QString title;
+    QString helpDirectory;
+    int methodCode = 1;
+    int maxValue = 100;
+    QStringList alternatives;
+    QVector<Attribute> attributes;
+    QVector<QVector<double>> scores;  // alternative by attribute
+    QVector<ValueFunction> functions; // one per attribute
+};
+
+// A problem file that cannot be used. The message names the file, the field
+// and what is wrong, ready to be shown as it is.
+class ProblemFileError : public std::runtime_error {
+public:
+    explicit ProblemFileError(const QString& message)
+        : std::runtime_error(message.toStdString()), message_(message) {}
+    const QString& message() const noexcept { return message_; }
+
+private:
+    QString message_;
+};
+
+// Reads and checks a problem file; throws ProblemFileError.
+Problem loadProblemFile(const QString& path);
+// Checks JSON text; `source` names it in messages.
+Problem parseProblem(const QByteArray& json, const QString& source);
+
+// A linear function with `count` evenly spaced points on [minimum, maximum].
+ValueFunction linearFunction(double minimum, double maximum, bool cost, int count = 5);
+
+// The arrays that TransferData and TransferVFunData take, shaped as the
+// component allocates them.
+struct HostArrays {
+    kelmar::Variant QUARNDir;
+    std::int16_t SelMCDAMethod = 1;
+    std::int16_t AltNum = 0;
+    std::int16_t AttNum = 0;
+    kelmar::VariantArray AltPScore, AttVData, AttName, AttDefinition, AttProperty;
+    kelmar::VariantArray ScoreMinimum, ScoreMiddle, ScoreMaximum;
+    std::int16_t MaxVal = 100;
+    kelmar::VariantArray VFTechniqueID, SmpSize, SmpX, SmpY;
+    kelmar::VariantArray VFunParA, VFunParB, VFunParC, VFunParD, VFunType;
+};
+
+HostArrays toHostArrays(const Problem& problem);
+// Calls TransferData, then TransferVFunData.
+void transferProblem(kelmar::KelmarDll& component, HostArrays& arrays);
+
+}  // namespace kelmarhost

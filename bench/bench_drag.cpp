@@ -1,0 +1,100 @@
+// One drag step on the Direct Rating page: the move rule, the read-out
+// labels, the value function chart and a repaint of the page into an image,
+// measured on an offscreen page with an eleven-point function.
+#include "charts/DrawSurface.h"
+#include "charts/mdVFGraphs.h"
+#include "pages/techniques/frmKelDirectRating.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPainter>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+
+namespace {
+
+using namespace kelmar;
+
+void fillElevenPoints() {
+    WizardData& w = wizardData();
+    w = WizardData{};
+    w.AttNum = 1;
+    w.AltNum = 1;
+    w.MaxVal = 100;
+    w.SelTechnique = kDirectRating;
+    w.SelMCDAMethod = 2;  // with the decoration bands
+    for (VariantArray* a : {&w.AttName, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum,
+                            &w.ScoreMinimumCopy, &w.ScoreMaximumCopy, &w.AttPropertyCopy,
+                            &w.SmpSize, &w.VFunType, &w.VFTechniqueID, &w.AttVFDone,
+                            &w.InSmpSize, &w.InVFunType, &w.InVFTechniqueID})
+        a->redim(0, 0);
+    for (VariantArray* a : {&w.SmpX, &w.SmpY, &w.InSmpX, &w.InSmpY}) a->redim(0, 0, 0, 10);
+    w.AttName(0) = Variant("Comfort");
+    w.ScoreMinimum(0) = w.ScoreMinimumCopy(0) = Variant(0.0);
+    w.ScoreMaximum(0) = w.ScoreMaximumCopy(0) = Variant(10.0);
+    w.AttPropertyCopy(0) = Variant(std::int16_t(0));
+    w.SmpSize(0) = Variant(std::int16_t(11));
+    w.VFunType(0) = Variant(std::int16_t(1));
+    w.AttVFDone(0) = Variant(false);
+    for (int k = 0; k <= 10; ++k) {
+        w.SmpX(0, k) = Variant(k * 1.0);
+        w.SmpY(0, k) = Variant(k / 10.0);
+    }
+}
+
+// The program's main is the benchmark library's, so the widgets' application
+// object is made on first use, offscreen unless a platform is chosen.
+void ensureApplication() {
+    if (QApplication::instance() != nullptr) return;
+    if (std::getenv("QT_QPA_PLATFORM") == nullptr) setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    static int argc = 1;
+    static char name[] = "kelmar_bench";
+    static char* argv[] = {name, nullptr};
+    static QApplication app(argc, argv);
+}
+
+void DragStep(benchmark::State& state) {
+    ensureApplication();
+    fillElevenPoints();
+    frmKelDirectRating page;
+    page.resize(780, 620);
+    page.load();
+    page.show();
+    auto* chart = page.findChild<DrawSurface*>(QStringLiteral("picVFChart"));
+    QImage frame(page.size() * page.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
+    std::int16_t att = 0;
+    std::int16_t maxVal = 100;
+    int step = 0;
+    for (auto _ : state) {
+        // Back and forth between 42 and 58 around point 5 at 50.
+        const double x = 42.0 + (step++ % 17);
+        page.MovePoint(5, x);
+        page.ShowPointLabels(5);
+        DrawVFChart(*chart, att, maxVal);
+        QPainter painter(&frame);
+        page.render(&painter);
+        painter.end();
+        benchmark::DoNotOptimize(frame.constBits());
+    }
+}
+BENCHMARK(DragStep)->Unit(benchmark::kMicrosecond);
+
+// The value function chart alone.
+void ValueChartRedraw(benchmark::State& state) {
+    ensureApplication();
+    fillElevenPoints();
+    frmKelDirectRating page;
+    page.load();
+    auto* chart = page.findChild<DrawSurface*>(QStringLiteral("picVFChart"));
+    std::int16_t att = 0;
+    std::int16_t maxVal = 100;
+    for (auto _ : state) DrawVFChart(*chart, att, maxVal);
+}
+BENCHMARK(ValueChartRedraw)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+

@@ -1,0 +1,136 @@
+// The settings step: run when the analyst leaves the range panel of the
+// settings page with Next. It makes the copies the technique pages read, gives
+// the per-attribute function arrays their shape and keeps every attribute's
+// sample points on the ends of its (possibly widened) score range.
+#include "model/Arith.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <vector>
+
+namespace kelmar {
+
+namespace {
+
+// True when the array is one-dimensional with the bounds 0 .. last.
+bool hasBounds(const VariantArray& a, int last) {
+    return a.isAllocated() && a.dimensions() == 1 && a.lbound() == 0 && a.ubound() == last;
+}
+
+bool holds(const VariantArray& a, int i) {
+    return a.isAllocated() && a.dimensions() == 1 && i >= a.lbound() && i <= a.ubound();
+}
+
+bool holds(const VariantArray& a, int i, int j) {
+    return a.isAllocated() && a.dimensions() == 2 && i >= a.lbound(1) && i <= a.ubound(1) &&
+           j >= a.lbound(2) && j <= a.ubound(2);
+}
+
+// Reads a number out of a cell; Empty, text that is no number and arrays
+// give false, so a half-filled record from the host is left alone.
+bool readNumber(const Variant& v, double& out) {
+    if (v.isEmpty() || v.isArray()) return false;
+    try {
+        out = v.toDouble();
+    } catch (const RuntimeError&) {
+        return false;
+    }
+    return true;
+}
+
+// Gives a per-attribute array the bounds 0 .. last unless it has them
+// already; a new array starts from the host's array where that holds the
+// attribute. An array with the right bounds keeps what the pages wrote.
+void shapeFromHost(VariantArray& working, const VariantArray& host, int last) {
+    if (hasBounds(working, last)) return;
+    working.redim(0, last);
+    for (int att = 0; att <= last; ++att) {
+        if (holds(host, att)) working(att) = host(att);
+    }
+}
+
+// Sets SelAtt for the layout routine (it takes the orientation of the
+// current attribute) and puts the old value back afterwards.
+class CurrentAttribute {
+public:
+    CurrentAttribute(WizardData& w, std::int16_t att) : w_(w), saved_(w.SelAtt) { w.SelAtt = att; }
+    ~CurrentAttribute() { w_.SelAtt = saved_; }
+    CurrentAttribute(const CurrentAttribute&) = delete;
+    CurrentAttribute& operator=(const CurrentAttribute&) = delete;
+
+private:
+    WizardData& w_;
+    std::int16_t saved_;
+};
+
+// Keeps the first sample point on ScoreMinimum and the last on ScoreMaximum
+// after the analyst changed the range. A linear function is laid out again
+// on the new range; a curve keeps its interior points where the analyst put
+// them and only its ends move, unless an interior point now lies outside the
+// range: then all points are stretched with the range so that the scores
+// stay strictly increasing. The middle score follows the moved points.
+void fitSamplePoints(WizardData& w, std::int16_t att) {
+    if (!holds(w.SmpSize, att) || !holds(w.ScoreMinimum, att) || !holds(w.ScoreMaximum, att))
+        return;
+    double size = 0, low = 0, high = 0;
+    if (!readNumber(w.SmpSize(att), size) || !readNumber(w.ScoreMinimum(att), low) ||
+        !readNumber(w.ScoreMaximum(att), high))
+        return;
+    if (size < 2 || size > 11 || size != static_cast<double>(static_cast<int>(size))) return;
+    if (!(low < high)) return;
+    const int n = static_cast<int>(size);
+    if (!holds(w.SmpX, att, n - 1) || !holds(w.SmpY, att, n - 1)) return;
+
+    std::vector<double> xs(static_cast<std::size_t>(n));
+    for (int k = 0; k < n; ++k) {
+        if (!readNumber(w.SmpX(att, k), xs[static_cast<std::size_t>(k)])) return;
+    }
+    const double first = xs.front();
+    const double lastX = xs.back();
+    if (first == low && lastX == high) return;
+
+    const bool linear = !holds(w.VFunType, att) || w.VFunType(att) == Variant(std::int16_t(0));
+    std::int16_t a = att;
+    if (linear) {
+        CurrentAttribute current(w, att);
+        std::int16_t points = static_cast<std::int16_t>(n);
+        SetLinearSamplePoints(a, points);
+    } else {
+        const bool inside = n == 2 || (xs[1] > low && xs[static_cast<std::size_t>(n - 2)] < high);
+        if (!inside) {
+            if (!(first < lastX)) return;  // no order to stretch
+            const double scale = (high - low) / (lastX - first);
+            for (int k = 1; k <= n - 2; ++k) {
+                w.SmpX(att, k) =
+                    checkedResult(low + (xs[static_cast<std::size_t>(k)] - first) * scale);
+            }
+        }
+        w.SmpX(att, 0) = w.ScoreMinimum(att);
+        w.SmpX(att, n - 1) = w.ScoreMaximum(att);
+    }
+    if (holds(w.ScoreMiddle, att)) w.ScoreMiddle(att) = ComputeScoreMiddle(a);
+}
+
+}  // namespace
+
+void PrepareWorkingArrays() {
+    WizardData& w = wizardData();
+    const std::int16_t last = checkedSub(w.AttNum, std::int16_t(1));
+
+    w.AttPropertyCopy = w.AttProperty;
+    w.ScoreMinimumCopy = w.ScoreMinimum;
+    w.ScoreMaximumCopy = w.ScoreMaximum;
+
+    // The middle scores were copied from the host when the page loaded; the
+    // function arrays are new only on the first pass through this step.
+    shapeFromHost(w.ScoreMiddle, w.InScoreMiddle, last);
+    shapeFromHost(w.VFunParA, w.InVFunParA, last);
+    shapeFromHost(w.VFunParB, w.InVFunParB, last);
+    shapeFromHost(w.VFunParC, w.InVFunParC, last);
+    shapeFromHost(w.VFunParD, w.InVFunParD, last);
+    shapeFromHost(w.VFunType, w.InVFunType, last);
+
+    for (std::int16_t att = 0; att <= last; ++att) fitSamplePoints(w, att);
+}
+
+}  // namespace kelmar

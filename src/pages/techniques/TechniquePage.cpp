@@ -1,0 +1,656 @@
+#include "pages/techniques/TechniquePage.h"
+
+#include "charts/DrawSurface.h"
+#include "charts/mdVFGraphs.h"
+#include "pages/common/Ui.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <QComboBox>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+namespace kelmar {
+
+namespace {
+
+constexpr double kRatingScaleUnits = 116.0;  // -8 .. 108 across the rating chart
+
+const QColor kMarkNormal(0x2F, 0x4A, 0x6D);
+const QColor kMarkSelected(0xE0, 0x5A, 0x10);
+const QColor kFocusRing(0x1F, 0x6F, 0xD0);
+
+QLabel* makeLabel(QWidget* parent, const char* name, const QString& caption) {
+    auto* label = new QLabel(caption, parent);
+    label->setObjectName(QString::fromLatin1(name));
+    return label;
+}
+
+QLabel* makeReadout(QWidget* parent, const char* name) {
+    auto* label = makeLabel(parent, name, QString());
+    label->setFrameShape(QFrame::Panel);
+    label->setFrameShadow(QFrame::Sunken);
+    label->setMinimumWidth(110);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+QPushButton* makeButton(QWidget* parent, const char* name, const QString& caption) {
+    auto* button = new QPushButton(caption, parent);
+    button->setObjectName(QString::fromLatin1(name));
+    button->setAutoDefault(false);
+    return button;
+}
+
+}  // namespace
+
+// --- PointMark -------------------------------------------------------------
+
+PointMark::PointMark(TechniquePage& page, int index, QWidget* parent)
+    : QWidget(parent), page_(page), index_(index) {
+    setObjectName(QStringLiteral("picScorePoint_%1").arg(index));
+    setFixedSize(markSize());
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::SizeHorCursor);
+    setAttribute(Qt::WA_OpaquePaintEvent, false);
+    hide();
+}
+
+QSize PointMark::markSize() { return {11, 17}; }
+
+void PointMark::setPicture(int picture) {
+    if (picture_ == picture) return;
+    picture_ = picture;
+    update();
+}
+
+void PointMark::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    const auto& pictures = page_.imgListMark();
+    p.drawPixmap(QPointF(0, 0), pictures[picture_ == 2 ? 1 : 0]);
+    if (hasFocus()) {
+        QPen pen(kFocusRing, 1, Qt::DotLine);
+        p.setPen(pen);
+        p.setBrush(Qt::NoBrush);
+        p.drawRect(QRectF(0.5, 0.5, width() - 1.0, height() - 1.0));
+    }
+}
+
+void PointMark::mousePressEvent(QMouseEvent* event) {
+    page_.markMouseDown(index_, event->button(), event->position());
+    event->accept();
+}
+
+void PointMark::mouseMoveEvent(QMouseEvent* event) {
+    page_.markMouseMove(index_, event->buttons(), event->position());
+    event->accept();
+}
+
+void PointMark::mouseReleaseEvent(QMouseEvent* event) {
+    page_.markMouseUp(index_, event->button(), event->position());
+    event->accept();
+}
+
+void PointMark::keyPressEvent(QKeyEvent* event) {
+    const double step = (event->modifiers() & Qt::ShiftModifier) ? 10.0 : 1.0;
+    switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Down:
+        page_.markKeyStep(index_, -step);
+        event->accept();
+        return;
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+        page_.markKeyStep(index_, step);
+        event->accept();
+        return;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void PointMark::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    update();
+}
+
+void PointMark::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    update();
+}
+
+// --- TechniquePage -----------------------------------------------------------
+
+TechniquePage::TechniquePage(int pageId, const QString& formName, const QString& title,
+                             TechniqueFeatures features, QWidget* parent)
+    : KelPage(pageId, parent), features_(features) {
+    setObjectName(formName);
+    setWindowTitle(title);
+    buildMarkPictures();
+    buildControls();
+}
+
+TechniquePage::~TechniquePage() = default;
+
+void TechniquePage::buildMarkPictures() {
+    const QSize size = PointMark::markSize();
+    const qreal ratio = 2.0;  // drawn at twice the size so that it stays crisp when scaled
+    for (int picture = 0; picture < 2; ++picture) {
+        QPixmap pixmap(size * ratio);
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::transparent);
+        QPainter p(&pixmap);
+        p.setRenderHint(QPainter::Antialiasing);
+        const QColor fill = picture == 0 ? kMarkNormal : kMarkSelected;
+        // A pin: a round head above a point that marks the position.
+        const qreal w = size.width();
+        const qreal cx = w / 2.0;
+        QPainterPath path;
+        path.moveTo(cx, size.height() - 1.0);
+        path.lineTo(1.0, 5.5);
+        path.arcTo(QRectF(1.0, 1.0, w - 2.0, w - 2.0), 180.0 + 25.0, -(180.0 + 50.0));
+        path.closeSubpath();
+        p.setPen(QPen(fill.darker(160), 1.0));
+        p.setBrush(fill);
+        p.drawPath(path);
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(255, 255, 255, picture == 0 ? 170 : 230));
+        p.drawEllipse(QPointF(cx, 5.0), 1.8, 1.8);
+        imgListMark_[static_cast<std::size_t>(picture)] = pixmap;
+    }
+}
+
+void TechniquePage::buildControls() {
+    const TechniqueFeatures& f = features_;
+
+    // Upper frame: attribute, sample size, read-outs and the rating chart.
+    Frame1 = new QFrame(this);
+    Frame1->setObjectName(QStringLiteral("Frame1"));
+    Frame1->setFrameShape(QFrame::StyledPanel);
+    Frame1->setFrameShadow(QFrame::Sunken);
+    auto* upper = new QVBoxLayout(Frame1);
+    upperLayout_ = upper;
+
+    auto* choices = new QGridLayout;
+    choices->setHorizontalSpacing(8);
+    Label1 = makeLabel(Frame1, "Label1", QStringLiteral("Selected attribute:"));
+    cmbAttributes = new QComboBox(Frame1);
+    cmbAttributes->setObjectName(QStringLiteral("cmbAttributes"));
+    cmbAttributes->setMinimumWidth(240);
+    cmbAttributes->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    Label1->setBuddy(cmbAttributes);
+    choices->addWidget(Label1, 0, 0);
+    choices->addWidget(cmbAttributes, 0, 1);
+    if (f.sampleSize) {
+        Label2 = makeLabel(Frame1, "Label2", QStringLiteral("Sample size:"));
+        cmbSmpSize = new QComboBox(Frame1);
+        cmbSmpSize->setObjectName(QStringLiteral("cmbSmpSize"));
+        cmbSmpSize->setMinimumWidth(70);
+        Label2->setBuddy(cmbSmpSize);
+        choices->addWidget(Label2, 0, 3, Qt::AlignRight);
+        choices->addWidget(cmbSmpSize, 0, 4);
+    }
+    if (f.currentScore) {
+        Label3 = makeLabel(Frame1, "Label3", QStringLiteral("Current score:"));
+        lblCurScore = makeReadout(Frame1, "lblCurScore");
+        choices->addWidget(Label3, 1, 0);
+        choices->addWidget(lblCurScore, 1, 1, Qt::AlignLeft);
+    }
+    if (f.readout == TechniqueFeatures::Readout::Value) {
+        Label4 = makeLabel(Frame1, "Label4", QStringLiteral("Current value:"));
+        lblCurValue = makeReadout(Frame1, "lblCurValue");
+        choices->addWidget(Label4, 1, 3, Qt::AlignRight);
+        choices->addWidget(lblCurValue, 1, 4);
+    } else if (f.readout == TechniqueFeatures::Readout::ScoreDifferences) {
+        Label4 = makeLabel(Frame1, "Label4", QStringLiteral("Score differences:"));
+        lblScoreDiff = makeReadout(Frame1, "lblScoreDiff");
+        lblScoreDiff->setMinimumWidth(160);
+        choices->addWidget(Label4, 1, 3, Qt::AlignRight);
+        choices->addWidget(lblScoreDiff, 1, 4);
+    }
+    choices->setColumnStretch(2, 1);
+    upper->addLayout(choices);
+
+    if (f.ratingChart) {
+        picRatingChart = new DrawSurface(Frame1);
+        picRatingChart->setObjectName(QStringLiteral("picRatingChart"));
+        picRatingChart->setMinimumSize(600, 150);
+        picRatingChart->setDesignSize(QSize(740, 160));
+        upper->addWidget(picRatingChart, 1);
+    }
+
+    // Lower part: the value function chart beside the risk attitude and the
+    // function buttons.
+    picVFChart = new DrawSurface(this);
+    picVFChart->setObjectName(QStringLiteral("picVFChart"));
+    picVFChart->setMinimumSize(420, 290);
+    picVFChart->setDesignSize(QSize(520, 320));
+
+    picPanel = new DrawSurface(this);
+    picPanel->setObjectName(QStringLiteral("picPanel"));
+    picPanel->setFixedHeight(118);
+    picPanel->setMinimumWidth(190);
+    auto* panelLayout = new QVBoxLayout(picPanel);
+    panelLayout->setContentsMargins(10, 8, 10, 10);
+    lblRiskCaption = makeLabel(picPanel, "Label1_1", QStringLiteral("Risk attitude:"));
+    panelLayout->addWidget(lblRiskCaption);
+    picRiskAttitude = new QFrame(picPanel);
+    picRiskAttitude->setObjectName(QStringLiteral("picRiskAttitude"));
+    picRiskAttitude->setFrameShape(QFrame::Panel);
+    picRiskAttitude->setFrameShadow(QFrame::Sunken);
+    auto* riskLayout = new QVBoxLayout(picRiskAttitude);
+    riskLayout->setContentsMargins(3, 3, 3, 3);
+    riskLayout->setSpacing(1);
+    const QString attitudes[3] = {QStringLiteral("Risk Averse"), QStringLiteral("Risk Neutral"),
+                                  QStringLiteral("Risk Prone")};
+    for (int k = 0; k < 3; ++k) {
+        auto* label = new QLabel(attitudes[k], picRiskAttitude);
+        label->setObjectName(QStringLiteral("lblRiskAttitude_%1").arg(k));
+        label->setAlignment(Qt::AlignCenter);
+        label->setAutoFillBackground(true);
+        label->setMargin(1);
+        riskLayout->addWidget(label);
+        lblRiskAttitude[static_cast<std::size_t>(k)] = label;
+    }
+    panelLayout->addWidget(picRiskAttitude);
+
+    auto* side = new QVBoxLayout;
+    side->addWidget(picPanel);
+    side->addSpacing(6);
+    if (f.linearRestore) {
+        cmdLinear = makeButton(this, "cmdLinear", QStringLiteral("&Linear"));
+        cmdRestore = makeButton(this, "cmdRestore", QStringLiteral("&Restore"));
+        cmdLinear->setToolTip(tr("Make the value function linear"));
+        cmdRestore->setToolTip(tr("Return to the value function the attribute had when the wizard opened"));
+        side->addWidget(cmdLinear);
+        side->addWidget(cmdRestore);
+    }
+    cmdS = makeButton(this, "cmdS", QStringLiteral("&Specification"));
+    cmdCUFPrint = makeButton(this, "cmdCUFPrint", QStringLiteral("&Print"));
+    side->addWidget(cmdS);
+    side->addWidget(cmdCUFPrint);
+    side->addStretch(1);
+
+    auto* lower = new QHBoxLayout;
+    lower->addWidget(picVFChart, 1);
+    lower->addLayout(side);
+
+    cmdHelp = makeButton(this, "cmdHelp", QStringLiteral("&Help"));
+    cmdCancel = makeButton(this, "cmdCancel", QStringLiteral("&Cancel"));
+    cmdBack = makeButton(this, "cmdBack", QStringLiteral("< &Back"));
+    cmdNext = makeButton(this, "cmdNext", QStringLiteral("&Next >"));
+    cmdFinish = makeButton(this, "cmdFinish", QStringLiteral("&Finish"));
+    cmdNext->setToolTip(tr("This is the last step: press Finish to return the value functions"));
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdHelp);
+    buttons->addStretch(1);
+    buttons->addWidget(cmdBack);
+    buttons->addWidget(cmdNext);
+    buttons->addSpacing(8);
+    buttons->addWidget(cmdFinish);
+    buttons->addWidget(cmdCancel);
+
+    auto* page = new QVBoxLayout(this);
+    page->addWidget(Frame1);
+    page->addLayout(lower, 1);
+    auto* rule = new QFrame(this);
+    rule->setFrameShape(QFrame::HLine);
+    rule->setFrameShadow(QFrame::Sunken);
+    page->addWidget(rule);
+    page->addLayout(buttons);
+
+    // The marks lie on the chart they are dragged on.
+    if (f.pointMarks) {
+        DrawSurface* surface = markSurface();
+        for (int i = 0; i < kMarkCount; ++i)
+            picScorePoint[static_cast<std::size_t>(i)] = new PointMark(*this, i, surface);
+        connect(surface, &DrawSurface::resized, this, [this] { replaceMarks(); });
+    }
+
+    // Handlers. Every one runs guarded: a run-time error ends it.
+    connect(cmbAttributes, &QComboBox::activated, this,
+            [this](int index) { handle([this, index] { onAttributeChosen(index); }); });
+    if (cmbSmpSize != nullptr)
+        connect(cmbSmpSize, &QComboBox::activated, this,
+                [this](int index) { handle([this, index] { onSampleSizeChosen(index); }); });
+    if (cmdLinear != nullptr)
+        connect(cmdLinear, &QPushButton::clicked, this, [this] { handle([this] { onLinear(); }); });
+    if (cmdRestore != nullptr)
+        connect(cmdRestore, &QPushButton::clicked, this, [this] { handle([this] { onRestore(); }); });
+    connect(cmdS, &QPushButton::clicked, this, [this] { handle([this] { onShowVFS(); }); });
+    connect(cmdCUFPrint, &QPushButton::clicked, this, [this] { handle([this] { onPrint(); }); });
+    connect(cmdHelp, &QPushButton::clicked, this, [this] { handle([this] { onHelp(); }); });
+    connect(cmdCancel, &QPushButton::clicked, this, [this] { handle([this] { onCancel(); }); });
+    connect(cmdBack, &QPushButton::clicked, this, [this] { handle([this] { onBack(); }); });
+    connect(cmdFinish, &QPushButton::clicked, this, [this] { handle([this] { onFinish(); }); });
+
+    resize(780, 620);
+    // Settle the geometry now, so that the marks placed at load have their
+    // final size in chart units.
+    layout()->activate();
+    layout()->setGeometry(rect());
+}
+
+DrawSurface* TechniquePage::markSurface() const {
+    return features_.marksOnValueChart || picRatingChart == nullptr ? picVFChart : picRatingChart;
+}
+
+void TechniquePage::addToUpperFrame(QWidget* widget) { upperLayout_->addWidget(widget); }
+
+// --- Helpers -----------------------------------------------------------------
+
+std::int16_t TechniquePage::currentAttribute() { return wizardData().SelAtt; }
+
+std::int16_t TechniquePage::sampleSize() const {
+    return wizardData().SmpSize(currentAttribute()).toInteger();
+}
+
+void TechniquePage::drawValueChart() {
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    std::int16_t maxVal = w.MaxVal;
+    DrawVFChart(*picVFChart, att, maxVal);
+}
+
+void TechniquePage::refreshAttributeList() { FillAttributeList(*cmbAttributes); }
+
+void TechniquePage::showSampleSizeEntry() {
+    if (cmbSmpSize == nullptr) return;
+    const int n = sampleSize();
+    const int index = (n - 5) / 2;
+    cmbSmpSize->setCurrentIndex(n >= 5 && n % 2 == 1 && index < cmbSmpSize->count() ? index : -1);
+}
+
+void TechniquePage::selectMark(int index) {
+    for (int i = 0; i < kMarkCount; ++i) {
+        PointMark* m = picScorePoint[static_cast<std::size_t>(i)];
+        if (m != nullptr) m->setPicture(i == index ? 2 : 1);
+    }
+}
+
+void TechniquePage::resetMarkPictures(int from) {
+    for (int i = from; i < kMarkCount; ++i) {
+        PointMark* m = picScorePoint[static_cast<std::size_t>(i)];
+        if (m != nullptr) m->setPicture(1);
+    }
+}
+
+void TechniquePage::placeMarkCentre(int index, double x, double y) {
+    PointMark* m = picScorePoint.at(static_cast<std::size_t>(index));
+    DrawSurface* surface = markSurface();
+    markCentre_[static_cast<std::size_t>(index)] = x;
+    markTop_[static_cast<std::size_t>(index)] = y;
+    surface->placeChild(m, x - surface->childWidth(m) / 2.0, y);
+    m->show();
+}
+
+void TechniquePage::replaceMarks() {
+    DrawSurface* surface = markSurface();
+    for (int i = 0; i < kMarkCount; ++i) {
+        PointMark* m = picScorePoint[static_cast<std::size_t>(i)];
+        if (m == nullptr || m->isHidden()) continue;
+        const double half = surface->childWidth(m) / 2.0;
+        const double left = markCentre_[static_cast<std::size_t>(i)] - half;
+        if (std::abs(surface->childLeft(m) - left) > 1e-9)
+            surface->placeChild(m, left, markTop_[static_cast<std::size_t>(i)]);
+    }
+}
+
+void TechniquePage::hideMarksFrom(int from) {
+    for (int i = from; i < kMarkCount; ++i) {
+        PointMark* m = picScorePoint[static_cast<std::size_t>(i)];
+        if (m != nullptr) m->hide();
+    }
+}
+
+double TechniquePage::markLeft(int index) const {
+    // A mark beyond the eleven raises the subscript error, as the arrays do.
+    if (index < 0 || index >= kMarkCount) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    return markSurface()->childLeft(picScorePoint[static_cast<std::size_t>(index)]);
+}
+
+double TechniquePage::markWidth(int index) const {
+    if (index < 0 || index >= kMarkCount) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    return markSurface()->childWidth(picScorePoint[static_cast<std::size_t>(index)]);
+}
+
+double TechniquePage::scaleFactor() const {
+    return static_cast<double>(markSurface()->width()) / kRatingScaleUnits;
+}
+
+// --- Marks -------------------------------------------------------------------
+
+double TechniquePage::dragPosition(int index, QPointF pos) const {
+    const double f = scaleFactor();
+    const double widthPixels = picScorePoint[static_cast<std::size_t>(index)]->width();
+    return snapPosition(markLeft(index) - (grabOffset_ - pos.x()) / f + (widthPixels / 2.0) / f);
+}
+
+void TechniquePage::markMouseDown(int index, Qt::MouseButton button, QPointF pos) {
+    handle([&] {
+        grabOffset_ = pos.x();
+        downLeft_ = markLeft(index);
+        dragIndex_ = index;
+        leftDown_ = button == Qt::LeftButton;
+        const std::int16_t n = sampleSize();
+        for (int i = 0; i < n && i < kMarkCount; ++i)
+            picScorePoint[static_cast<std::size_t>(i)]->setPicture(1);
+        picScorePoint.at(static_cast<std::size_t>(index))->setPicture(2);
+        showPointLabels(index);
+        onMarkPressed(index);
+    });
+}
+
+void TechniquePage::markMouseMove(int index, Qt::MouseButtons buttons, QPointF pos) {
+    if (buttons != Qt::LeftButton) return;
+    handle([&] {
+        const std::int16_t last = checkedSub(sampleSize(), 1);
+        if (index == 0 || index == last) return;
+        movePoint(index, dragPosition(index, pos));
+        afterDragStep(index);
+    });
+}
+
+void TechniquePage::markMouseUp(int index, Qt::MouseButton button, QPointF pos) {
+    Q_UNUSED(pos)
+    if (button != Qt::LeftButton) return;
+    leftDown_ = false;
+    handle([&] { onMarkReleased(index); });
+}
+
+void TechniquePage::markKeyStep(int index, double units) {
+    handle([&] {
+        const std::int16_t last = checkedSub(sampleSize(), 1);
+        if (index <= 0 || index >= last) return;
+        downLeft_ = markLeft(index);
+        dragIndex_ = index;
+        selectMark(index);
+        const double centre = downLeft_ + markWidth(index) / 2.0;
+        movePoint(index, snapPosition(centre + units));
+        afterDragStep(index);
+        onMarkReleased(index);
+    });
+}
+
+void TechniquePage::afterDragStep(int index) {
+    showPointLabels(index);
+    drawValueChart();
+}
+
+void TechniquePage::onMarkReleased(int index) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const std::int16_t last = checkedSub(sampleSize(), 1);
+    if (index == 0 || index == last) return;
+    if (markLeft(index) == downLeft_) return;
+    w.VFunType(att) = Variant(std::int16_t(1));
+    w.AttVFDone(att) = Variant(true);
+    w.VFTechniqueID(att) = Variant(w.SelTechnique);
+    showPointLabels(index);
+    w.SelPoint = static_cast<std::int16_t>(index);
+    drawValueChart();
+    refreshAttributeList();
+    ShowRiskAttitude(att);
+}
+
+// --- Risk attitude -----------------------------------------------------------
+
+void TechniquePage::ShowRiskAttitude(std::int16_t att) {
+    WizardData& w = wizardData();
+    auto highlight = [this](int which) {
+        for (int k = 0; k < 3; ++k) {
+            QLabel* label = lblRiskAttitude[static_cast<std::size_t>(k)];
+            QPalette palette = label->palette();
+            if (k == which) {
+                palette.setColor(QPalette::Window, toQColor(ole::Highlight));
+                palette.setColor(QPalette::WindowText, Qt::black);
+                label->setAutoFillBackground(true);
+            } else {
+                palette.setColor(QPalette::WindowText, toQColor(ole::DarkGrey));
+                label->setAutoFillBackground(false);
+            }
+            label->setPalette(palette);
+            QFont font = label->font();
+            font.setBold(k == which);
+            label->setFont(font);
+        }
+    };
+
+    w.ScoreMiddle(att) = Variant(ComputeScoreMiddle(att));
+    if (w.VFunType(att) == Variant(std::int16_t(0))) {
+        highlight(1);
+        return;
+    }
+    const double centre = (w.ScoreMinimumCopy(att).toDouble() + w.ScoreMaximumCopy(att).toDouble()) / 2.0;
+    const std::int16_t method = w.SelMCDAMethod;
+    if (method != 0 && method != 1 && method != 5) return;
+    const float middle = w.ScoreMiddle(att).toSingle();
+    // The orientation is tested, but both kinds of attribute read the
+    // comparison the same way.
+    if (w.AttPropertyCopy(att).toDouble() == 0.0) {
+        highlight(middle < centre ? 2 : 0);
+    } else {
+        highlight(middle < centre ? 2 : 0);
+    }
+}
+
+// --- Common handlers ---------------------------------------------------------
+
+void TechniquePage::onLoad() {
+    CentreFormOnScreen(*this);
+    DrawPanel(*picPanel, 0.0, 0.0, 100.0, 100.0, 1);
+    if (cmbSmpSize != nullptr) {
+        cmbSmpSize->clear();
+        cmbSmpSize->addItems({QStringLiteral("5"), QStringLiteral("7"), QStringLiteral("9"),
+                              QStringLiteral("11")});
+    }
+    refreshPage();
+    raiseSendMasseges(QStringLiteral("Specify single-attribute value functions."));
+}
+
+void TechniquePage::refreshPage() {
+    WizardData& w = wizardData();
+    refreshAttributeList();
+    cmbAttributes->setCurrentIndex(w.SelAtt < cmbAttributes->count() ? w.SelAtt : -1);
+    showSampleSizeEntry();
+    if (lblCurScore != nullptr) lblCurScore->clear();
+    if (lblCurValue != nullptr) lblCurValue->clear();
+    if (lblScoreDiff != nullptr) lblScoreDiff->clear();
+    drawRatingChart();
+    drawValueChart();
+    ShowRiskAttitude(w.SelAtt);
+}
+
+void TechniquePage::onAttributeChosen(int listIndex) {
+    if (listIndex < 0) return;
+    HourGlass wait;
+    wizardData().SelAtt = static_cast<std::int16_t>(listIndex);
+    resetMarkPictures(0);
+    refreshPage();
+}
+
+std::int16_t TechniquePage::sizeForListIndex(int listIndex) const {
+    return checkedAdd(checkedMul(2, static_cast<std::int16_t>(listIndex)), 5);
+}
+
+void TechniquePage::onSampleSizeChosen(int listIndex) {
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    std::int16_t newSize = sizeForListIndex(listIndex);
+    if (newSize < 0) return;
+    if (Variant(newSize) == w.SmpSize(att)) return;
+    HourGlass wait;
+    oldSize_ = w.SmpSize(att).toInteger();
+    w.SmpSize(att) = Variant(newSize);
+    resetMarkPictures(1);
+    UpdateSamplePoints(att, newSize, oldSize_);
+    drawRatingChart();
+    drawValueChart();
+}
+
+void TechniquePage::onLinear() {
+    HourGlass wait;
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    w.VFunType(att) = Variant(std::int16_t(0));
+    w.AttVFDone(att) = Variant(true);
+    w.VFTechniqueID(att) = Variant(w.SelTechnique);
+    std::int16_t size = w.SmpSize(att).toInteger();
+    resetMarkPictures(1);
+    UpdateSamplePoints(att, size, size);
+    drawRatingChart();
+    drawValueChart();
+    refreshAttributeList();
+    ShowRiskAttitude(att);
+}
+
+void TechniquePage::onRestore() {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    w.VFunType(att) = w.InVFunType(att);
+    w.VFTechniqueID(att) = w.InVFTechniqueID(att);
+    w.SmpSize(att) = w.InSmpSize(att);
+    for (int k = 0; k <= 10; ++k) {
+        w.SmpX(att, k) = w.InSmpX(att, k);
+        w.SmpY(att, k) = w.InSmpY(att, k);
+    }
+    w.AttVFDone(att) = Variant(false);
+    resetMarkPictures(0);
+    refreshPage();
+}
+
+void TechniquePage::onShowVFS() { raiseShowKelVFS(); }
+
+void TechniquePage::onHelp() { openHelp(this); }
+
+void TechniquePage::onBack() {
+    const float left = pageLeft();
+    const float top = pageTop();
+    raiseHideForm(static_cast<std::int16_t>(pageId()));
+    raiseShowForm(kSettingsPage, left, top);
+    raiseUnloadOwn();
+}
+
+void TechniquePage::onCancel() { raiseUnloadKelmar(); }
+
+void TechniquePage::onFinish() {
+    {
+        HourGlass wait;
+        ComputeAllAlternativeValues();
+    }
+    raiseExportResults();
+    raiseUnloadKelmar();
+}
+
+}  // namespace kelmar

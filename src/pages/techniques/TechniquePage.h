@@ -1,0 +1,210 @@
+// The skeleton that every technique page shares: the controls of the upper
+// frame, the point marks and their drag, the sample size, Linear and
+// Restore, the risk attitude display and the navigation buttons.
+//
+// A technique page passes the features it has to the constructor and
+// overrides the hooks in which it differs (its chart, its move rule, its
+// labels, its release rule).
+#pragma once
+
+#include "pages/common/KelPage.h"
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <array>
+#include <cstdint>
+
+class QBoxLayout;
+class QComboBox;
+class QFrame;
+class QLabel;
+class QPushButton;
+
+namespace kelmar {
+
+class DrawSurface;
+class TechniquePage;
+
+// What a technique page has of the common skeleton.
+struct TechniqueFeatures {
+    enum class Readout {
+        Value,             // Label4 "Current value:" with lblCurValue
+        ScoreDifferences,  // Label4 "Score differences:" with lblScoreDiff
+        None,              // no Label4 read-out
+    };
+
+    bool ratingChart = true;        // picRatingChart
+    bool pointMarks = true;         // picScorePoint_0..10 and imgListMark
+    bool sampleSize = true;         // Label2 and cmbSmpSize
+    bool linearRestore = true;      // cmdLinear and cmdRestore
+    bool currentScore = true;       // Label3 and lblCurScore
+    Readout readout = Readout::Value;
+    bool marksOnValueChart = false;  // the marks lie on picVFChart (no rating chart)
+};
+
+// One draggable point mark (picScorePoint_i). It shows picture 1 or 2 of
+// the page's imgListMark and hands its mouse and key events to the page.
+class PointMark : public QWidget {
+    Q_OBJECT
+public:
+    PointMark(TechniquePage& page, int index, QWidget* parent);
+
+    int index() const noexcept { return index_; }
+    // 1: the normal mark, 2: the selected mark.
+    void setPicture(int picture);
+    int picture() const noexcept { return picture_; }
+
+    static QSize markSize();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    TechniquePage& page_;
+    int index_;
+    int picture_ = 1;
+};
+
+class TechniquePage : public KelPage {
+    Q_OBJECT
+public:
+    static constexpr int kMarkCount = 11;
+
+    TechniquePage(int pageId, const QString& formName, const QString& title,
+                  TechniqueFeatures features, QWidget* parent = nullptr);
+    ~TechniquePage() override;
+
+    const TechniqueFeatures& features() const noexcept { return features_; }
+
+    // The two pictures of imgListMark (index 0 = picture 1).
+    const std::array<QPixmap, 2>& imgListMark() const noexcept { return imgListMark_; }
+
+    // Entry points of the marks' events. Each runs as a guarded handler.
+    void markMouseDown(int index, Qt::MouseButton button, QPointF pos);
+    void markMouseMove(int index, Qt::MouseButtons buttons, QPointF pos);
+    void markMouseUp(int index, Qt::MouseButton button, QPointF pos);
+    // Arrow keys: moves the mark by units of the chart scale through the
+    // move rule and the release step, as a drag would.
+    void markKeyStep(int index, double units);
+
+    // The risk attitude display for attribute att.
+    void ShowRiskAttitude(std::int16_t att);
+
+protected:
+    // --- Hooks -------------------------------------------------------------
+
+    // Draws the technique's chart and places the marks for the current
+    // attribute (the page's point routine).
+    virtual void drawRatingChart() {}
+    // Applies a drag position (chart units) to point index.
+    virtual void movePoint(int index, double position) { Q_UNUSED(index) Q_UNUSED(position) }
+    // Shows the score and value (or differences) of point index.
+    virtual void showPointLabels(int index) { Q_UNUSED(index) }
+    // The drag position of mark index for a mouse position inside it.
+    // The default is the horizontal rule of the rating chart.
+    virtual double dragPosition(int index, QPointF pos) const;
+    // The grid a dragged or keyed position snaps to (none by default).
+    virtual double snapPosition(double position) const { return position; }
+    // After each accepted move step: labels and the value function chart.
+    virtual void afterDragStep(int index);
+    // After the selection at MouseDown (the lottery pages draw here).
+    virtual void onMarkPressed(int index) { Q_UNUSED(index) }
+    // The release of a dragged mark (left button).
+    virtual void onMarkReleased(int index);
+    // Sample size of a cmbSmpSize list index; below 0 ignores the choice.
+    virtual std::int16_t sizeForListIndex(int listIndex) const;
+    // cmdCUFPrint: no action unless a page gives it one.
+    virtual void onPrint() {}
+    // Redraws everything for the current attribute (after load, attribute
+    // change and Restore).
+    virtual void refreshPage();
+
+    // --- Common handlers (pages may extend them) -------------------------
+    void onLoad() override;
+    virtual void onAttributeChosen(int listIndex);
+    virtual void onSampleSizeChosen(int listIndex);
+    virtual void onLinear();
+    virtual void onRestore();
+    virtual void onShowVFS();
+    virtual void onHelp();
+    virtual void onBack();
+    virtual void onCancel();
+    virtual void onFinish();
+
+    // --- Helpers -----------------------------------------------------------
+    static std::int16_t currentAttribute();
+    std::int16_t sampleSize() const;
+    void drawValueChart();
+    void refreshAttributeList();
+    void showSampleSizeEntry();
+    // Every visible mark gets picture 1, mark index picture 2.
+    void selectMark(int index);
+    // Marks from..10 get picture 1.
+    void resetMarkPictures(int from);
+    // Places mark index with its centre at x and its top at y (chart units).
+    void placeMarkCentre(int index, double x, double y);
+    void hideMarksFrom(int from);
+    double markLeft(int index) const;
+    double markWidth(int index) const;  // chart units
+    // Size of one chart unit in pixels (the scale factor f).
+    double scaleFactor() const;
+    // Adds a page's own widget under the rating chart in the upper frame.
+    void addToUpperFrame(QWidget* widget);
+
+    DrawSurface* markSurface() const;
+
+    // Controls (null when the page lacks them).
+    QFrame* Frame1 = nullptr;
+    QLabel* Label1 = nullptr;
+    QComboBox* cmbAttributes = nullptr;
+    QLabel* Label2 = nullptr;
+    QComboBox* cmbSmpSize = nullptr;
+    QLabel* Label3 = nullptr;
+    QLabel* lblCurScore = nullptr;
+    QLabel* Label4 = nullptr;
+    QLabel* lblCurValue = nullptr;
+    QLabel* lblScoreDiff = nullptr;
+    DrawSurface* picRatingChart = nullptr;
+    std::array<PointMark*, kMarkCount> picScorePoint{};
+    DrawSurface* picVFChart = nullptr;
+    DrawSurface* picPanel = nullptr;
+    QFrame* picRiskAttitude = nullptr;
+    QLabel* lblRiskCaption = nullptr;
+    std::array<QLabel*, 3> lblRiskAttitude{};
+    QPushButton* cmdLinear = nullptr;
+    QPushButton* cmdRestore = nullptr;
+    QPushButton* cmdS = nullptr;
+    QPushButton* cmdCUFPrint = nullptr;
+    QPushButton* cmdHelp = nullptr;
+    QPushButton* cmdCancel = nullptr;
+    QPushButton* cmdBack = nullptr;
+    QPushButton* cmdNext = nullptr;
+    QPushButton* cmdFinish = nullptr;
+
+    // Drag state.
+    double grabOffset_ = 0;   // pixels inside the mark at MouseDown
+    double downLeft_ = 0;     // the mark's left at MouseDown (chart units)
+    int dragIndex_ = 0;
+    bool leftDown_ = false;
+    std::int16_t oldSize_ = 0;  // the sample size before the last change
+
+private:
+    void buildControls();
+    void buildMarkPictures();
+    void replaceMarks();
+
+    TechniqueFeatures features_;
+    std::array<QPixmap, 2> imgListMark_;
+    std::array<double, kMarkCount> markCentre_{};
+    std::array<double, kMarkCount> markTop_{};
+    QBoxLayout* upperLayout_ = nullptr;
+};
+
+}  // namespace kelmar

@@ -1,0 +1,299 @@
+// The JSON that kelmar-host writes for each ExportResults, and the window's
+// handling of the component's events.
+#include "HostWindow.h"
+#include "ResultWriter.h"
+#include "SampleProblem.h"
+
+#include "pages/common/Ui.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonParseError>
+#include <QPointer>
+#include <QTableWidget>
+#include <QStatusBar>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace kelmarhost {
+namespace {
+
+using kelmar::Variant;
+using kelmar::VariantArray;
+
+// A finished record of two attributes and two alternatives.
+struct Record {
+    VariantArray values{0, 1, 0, 1}, lo{0, 1}, mid{0, 1}, hi{0, 1}, size{0, 1}, x{0, 1, 0, 10},
+        y{0, 1, 0, 10}, a{0, 1}, b{0, 1}, c{0, 1}, d{0, 1}, type{0, 1};
+    Variant techniques;
+    Record() {
+        VariantArray tech(0, 1);
+        tech(0) = Variant(std::int16_t{5});
+        tech(1) = Variant(std::int16_t{3});
+        techniques = Variant(tech);
+        for (int j = 0; j < 2; ++j) {
+            lo(j) = Variant(0.0);
+            mid(j) = Variant(5.0);
+            hi(j) = Variant(10.0);
+            size(j) = Variant(std::int16_t{3});
+            for (int k = 0; k < 3; ++k) {
+                x(j, k) = Variant(5.0 * k);
+                y(j, k) = Variant(k / 2.0);
+            }
+            a(j) = Variant(0.25);
+            type(j) = Variant(std::int16_t{1});
+            for (int i = 0; i < 2; ++i) values(i, j) = Variant(10.0 * i + j);
+        }
+        values(1, 1) = Variant();  // a cell the component left empty
+    }
+    ExportedResults results() const {
+        return {values, lo, mid, hi, 100, techniques, size, x, y, a, b, c, d, type};
+    }
+};
+
+const QStringList kAlternatives{QStringLiteral("North"), QStringLiteral("South")};
+const QStringList kAttributes{QStringLiteral("Rent"), QStringLiteral("Docks")};
+
+TEST(ResultWriterTest, EveryFunctionRecordAndTheValueTableCarryTheirNames) {
+    const Record r;
+    const QJsonObject json = resultsToJson(r.results(), kAlternatives, kAttributes);
+    EXPECT_EQ(json.value(QStringLiteral("maxValue")).toInt(), 100);
+    const QJsonArray functions = json.value(QStringLiteral("functions")).toArray();
+    ASSERT_EQ(functions.size(), 2);
+    const QJsonObject docks = functions.at(1).toObject();
+    EXPECT_EQ(docks.value(QStringLiteral("attribute")).toString(), QStringLiteral("Docks"));
+    EXPECT_EQ(docks.value(QStringLiteral("technique")).toInt(), 3);
+    EXPECT_EQ(docks.value(QStringLiteral("techniqueName")).toString(),
+              QStringLiteral("Category Identification"));
+    EXPECT_EQ(docks.value(QStringLiteral("scoreMaximum")).toDouble(), 10.0);
+    EXPECT_EQ(docks.value(QStringLiteral("type")).toInt(), 1);
+    const QJsonArray points = docks.value(QStringLiteral("points")).toArray();
+    ASSERT_EQ(points.size(), 3) << "only the points in use";
+    EXPECT_EQ(points.at(2).toArray().at(0).toDouble(), 10.0);
+    EXPECT_EQ(points.at(2).toArray().at(1).toDouble(), 1.0);
+    EXPECT_EQ(docks.value(QStringLiteral("maxValue")).toInt(), 100);
+    const QJsonObject pars = docks.value(QStringLiteral("parameters")).toObject();
+    EXPECT_EQ(pars.keys(), (QStringList{QStringLiteral("a"), QStringLiteral("b"),
+                                        QStringLiteral("c"), QStringLiteral("d")}));
+    EXPECT_EQ(pars.value(QStringLiteral("a")).toDouble(), 0.25);
+    EXPECT_TRUE(pars.value(QStringLiteral("b")).isNull()) << "an empty cell stays empty";
+
+    const QJsonArray values = json.value(QStringLiteral("values")).toArray();
+    ASSERT_EQ(values.size(), 2);
+    const QJsonObject south = values.at(1).toObject();
+    EXPECT_EQ(south.value(QStringLiteral("alternative")).toString(), QStringLiteral("South"));
+    const QJsonArray cells = south.value(QStringLiteral("values")).toArray();
+    ASSERT_EQ(cells.size(), 2);
+    EXPECT_EQ(cells.at(0).toObject().value(QStringLiteral("attribute")).toString(),
+              QStringLiteral("Rent"));
+    EXPECT_EQ(cells.at(0).toObject().value(QStringLiteral("value")).toDouble(), 10.0);
+    EXPECT_TRUE(cells.at(1).toObject().value(QStringLiteral("value")).isNull());
+}
+
+TEST(ResultWriterTest, ArraysOfOtherShapesAreWrittenAsFarAsTheyReach) {
+    Record r;
+    r.size(0) = Variant(std::int16_t{11});  // more points than SmpX holds in a row? no: 11 fit
+    r.x.redim(0, 1, 0, 4);                  // ...but this host array stops at point 4
+    r.techniques = Variant(QStringLiteral("not an array"));
+    r.values.redim(0, 2, 0, 0);             // a third alternative the names do not cover
+    const QJsonObject json = resultsToJson(r.results(), kAlternatives, kAttributes);
+    const QJsonObject rent = json.value(QStringLiteral("functions")).toArray().at(0).toObject();
+    EXPECT_EQ(rent.value(QStringLiteral("points")).toArray().size(), 5);
+    EXPECT_TRUE(rent.value(QStringLiteral("technique")).isNull());
+    const QJsonArray values = json.value(QStringLiteral("values")).toArray();
+    ASSERT_EQ(values.size(), 3);
+    EXPECT_TRUE(values.at(2).toObject().value(QStringLiteral("alternative")).isNull());
+}
+
+// Reads a file or stream of JSON lines back.
+QList<QJsonObject> readLines(const QByteArray& text) {
+    QList<QJsonObject> out;
+    for (const QByteArray& line : text.split('\n')) {
+        if (line.isEmpty()) continue;
+        QJsonParseError error{};
+        const QJsonDocument doc = QJsonDocument::fromJson(line, &error);
+        EXPECT_EQ(error.error, QJsonParseError::NoError) << line.toStdString();
+        out.append(doc.object());
+    }
+    return out;
+}
+
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+TEST(ResultWriterTest, OneExportRoundTripsThroughTheFile) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const QString path = dir.filePath(QStringLiteral("results.jsonl"));
+    const Record r;
+    ResultWriter writer(path);
+    ASSERT_TRUE(writer.write(resultsToJson(r.results(), kAlternatives, kAttributes)));
+
+    const QList<QJsonObject> lines = readLines(readFile(path));
+    ASSERT_EQ(lines.size(), 1);
+    const QJsonObject& json = lines.first();
+    const QJsonArray functions = json.value(QStringLiteral("functions")).toArray();
+    ASSERT_EQ(functions.size(), 2);
+    for (int j = 0; j < 2; ++j) {
+        const QJsonObject f = functions.at(j).toObject();
+        EXPECT_EQ(f.value(QStringLiteral("attribute")).toString(), kAttributes.at(j));
+        EXPECT_EQ(f.value(QStringLiteral("scoreMinimum")).toDouble(), r.lo(j).toDouble());
+        EXPECT_EQ(f.value(QStringLiteral("scoreMiddle")).toDouble(), r.mid(j).toDouble());
+        EXPECT_EQ(f.value(QStringLiteral("scoreMaximum")).toDouble(), r.hi(j).toDouble());
+        EXPECT_EQ(f.value(QStringLiteral("technique")).toInt(),
+                  r.techniques.toArray()(j).toInteger());
+        EXPECT_EQ(f.value(QStringLiteral("sampleSize")).toInt(), r.size(j).toInteger());
+        const QJsonArray points = f.value(QStringLiteral("points")).toArray();
+        ASSERT_EQ(points.size(), r.size(j).toInteger());
+        for (int k = 0; k < points.size(); ++k) {
+            EXPECT_EQ(points.at(k).toArray().at(0).toDouble(), r.x(j, k).toDouble());
+            EXPECT_EQ(points.at(k).toArray().at(1).toDouble(), r.y(j, k).toDouble());
+        }
+        EXPECT_EQ(f.value(QStringLiteral("type")).toInt(), r.type(j).toInteger());
+    }
+    const QJsonArray values = json.value(QStringLiteral("values")).toArray();
+    ASSERT_EQ(values.size(), 2);
+    for (int i = 0; i < 2; ++i) {
+        const QJsonObject row = values.at(i).toObject();
+        EXPECT_EQ(row.value(QStringLiteral("alternative")).toString(), kAlternatives.at(i));
+        const QJsonArray cells = row.value(QStringLiteral("values")).toArray();
+        ASSERT_EQ(cells.size(), 2);
+        for (int j = 0; j < 2; ++j) {
+            const QJsonValue v = cells.at(j).toObject().value(QStringLiteral("value"));
+            if (r.values(i, j).isEmpty()) {
+                EXPECT_TRUE(v.isNull());
+            } else {
+                EXPECT_EQ(v.toDouble(), r.values(i, j).toDouble());
+            }
+        }
+    }
+}
+
+TEST(ResultWriterTest, EachExportIsOneLineAppendedAfterAFreshStart) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const QString path = dir.filePath(QStringLiteral("results.jsonl"));
+    {
+        QFile old(path);
+        ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+        old.write("left over from an earlier session\n");
+    }
+    ResultWriter file(path);
+    ASSERT_TRUE(file.write(QJsonObject{{QStringLiteral("n"), 1}}));
+    ASSERT_TRUE(file.write(QJsonObject{{QStringLiteral("n"), 2}}));
+    EXPECT_EQ(readFile(path), QByteArray("{\"n\":1}\n{\"n\":2}\n"));
+
+    std::FILE* stream = std::tmpfile();
+    ASSERT_NE(stream, nullptr);
+    ResultWriter lines(QString(), stream);
+    ASSERT_TRUE(lines.write(QJsonObject{{QStringLiteral("n"), 1}}));
+    ASSERT_TRUE(lines.write(QJsonObject{{QStringLiteral("n"), 2}}));
+    std::rewind(stream);
+    char buffer[256] = {};
+    const std::size_t n = std::fread(buffer, 1, sizeof buffer - 1, stream);
+    std::fclose(stream);
+    EXPECT_EQ(QByteArray(buffer, static_cast<qsizetype>(n)), QByteArray("{\"n\":1}\n{\"n\":2}\n"));
+
+    ResultWriter nowhere(dir.filePath(QStringLiteral("missing/dir/results.json")));
+    QString error;
+    EXPECT_FALSE(nowhere.write(QJsonObject{}, &error));
+    EXPECT_TRUE(error.contains(QStringLiteral("missing/dir/results.json"))) << error.toStdString();
+}
+
+class HostWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        kelmar::setModalRunner([](QDialog& page) { page.show(); });
+        kelmar::setMessageBoxHook([](QMessageBox&) { return QMessageBox::Ok; });
+    }
+    void TearDown() override {
+        kelmar::setModalRunner({});
+        kelmar::setMessageBoxHook({});
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+};
+
+TEST_F(HostWindowTest, NoticesResultsAndTheEndOfTheWizard) {
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("out.jsonl"));
+    {
+        HostWindow window(sampleProblem(), ResultWriter(path));
+        EXPECT_EQ(window.windowTitle(), QStringLiteral("kelmar-host"));
+        window.show();
+        window.transferProblem();
+        EXPECT_EQ(kelmar::wizardData().AttNum, 5);
+        EXPECT_EQ(kelmar::wizardData().AltNum, 6);
+        window.showWizard();
+        QPointer<QDialog> settings;
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            if (w != &window && w->isVisible()) settings = qobject_cast<QDialog*>(w);
+        }
+        ASSERT_FALSE(settings.isNull()) << "the wizard opens";
+
+        window.SendMasseges(QStringLiteral("Specify single-attribute value functions."));
+        EXPECT_EQ(window.statusBar()->currentMessage(),
+                  QStringLiteral("Specify single-attribute value functions."));
+
+        Record r;
+        for (int n = 0; n < 2; ++n) {
+            window.ExportResults(r.values, r.lo, r.mid, r.hi, 100, r.techniques, r.size, r.x,
+                                 r.y, r.a, r.b, r.c, r.d, r.type);
+        }
+        EXPECT_EQ(window.exportCount(), 2);
+        EXPECT_FALSE(window.writeFailed());
+        const QList<QJsonObject> lines = readLines(readFile(path));
+        ASSERT_EQ(lines.size(), 2);
+        EXPECT_EQ(lines[1].value(QStringLiteral("values")).toArray().at(0).toObject()
+                      .value(QStringLiteral("alternative")).toString(),
+                  QStringLiteral("Northgate Business Park"));
+        auto* values = window.findChild<QTableWidget*>(QStringLiteral("tblValues"));
+        ASSERT_NE(values, nullptr);
+        ASSERT_NE(values->item(1, 0), nullptr);
+        EXPECT_EQ(values->item(1, 0)->text(), QStringLiteral("10.00"));
+
+        // The host's answer to UnloadKelmar releases the wizard; the session
+        // ends once the event has unwound.
+        bool ended = false;
+        QObject::connect(&window, &HostWindow::sessionEnded, [&] { ended = true; });
+        settings->hide();
+        window.UnloadKelmar();
+        EXPECT_FALSE(ended) << "not while the page's handler may still run";
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(ended);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(settings.isNull()) << "the settings page is released";
+    }
+    kelmar::wizardData() = {};
+}
+
+TEST_F(HostWindowTest, ClosingTheLastWizardWindowEndsTheSession) {
+    HostWindow window(sampleProblem(), ResultWriter(QString()));
+    window.show();
+    window.transferProblem();
+    window.showWizard();
+    QDialog* settings = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w != &window && w->isVisible()) settings = qobject_cast<QDialog*>(w);
+    }
+    ASSERT_NE(settings, nullptr);
+    bool ended = false;
+    QObject::connect(&window, &HostWindow::sessionEnded, [&] { ended = true; });
+    settings->close();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(ended);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    kelmar::wizardData() = {};
+}
+
+}  // namespace
+}  // namespace kelmarhost
