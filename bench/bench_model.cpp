@@ -170,4 +170,3 @@ BENCHMARK(Finish_BareEvaluations)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-BENCHMARK_MAIN();

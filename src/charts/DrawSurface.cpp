@@ -242,15 +242,13 @@ void DrawSurface::polygon(const QVector<QPointF>& points, OleColor c) {
 
 void DrawSurface::placeChild(QWidget* child, double userLeft, double userTop) {
     if (child->parentWidget() != this) child->setParent(this);
+    placed_.erase(std::remove_if(placed_.begin(), placed_.end(),
+                                 [](const Placed& p) { return p.child.isNull(); }),
+                  placed_.end());
     auto it = std::find_if(placed_.begin(), placed_.end(),
                            [child](const Placed& p) { return p.child == child; });
     if (it == placed_.end()) {
         placed_.push_back({child, userLeft, userTop});
-        connect(child, &QObject::destroyed, this, [this, child] {
-            placed_.erase(std::remove_if(placed_.begin(), placed_.end(),
-                                         [child](const Placed& p) { return p.child == child; }),
-                          placed_.end());
-        });
     } else {
         it->left = userLeft;
         it->top = userTop;
@@ -280,6 +278,7 @@ QSize DrawSurface::sizeHint() const { return designSize_; }
 
 void DrawSurface::relayoutChildren() {
     for (const Placed& p : placed_) {
+        if (p.child.isNull()) continue;
         const QPointF px = toPixel(QPointF(p.left, p.top));
         p.child->move(static_cast<int>(std::lround(px.x())), static_cast<int>(std::lround(px.y())));
     }

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPalette>
 #include <QPointF>
+#include <QPointer>
 #include <QString>
 #include <QVector>
 #include <QWidget>
@@ -158,8 +159,9 @@ private:
     bool fontBold_ = false;
     double curX_ = 0, curY_ = 0;
     std::vector<DrawPrimitive> record_;
+    // A placed child that is deleted drops out of the list by itself.
     struct Placed {
-        QWidget* child;
+        QPointer<QWidget> child;
         double left;
         double top;
     };

@@ -328,13 +328,9 @@ void frmKelSettings::onLoad() {
     CurrentPanel = 0;
     showPanel(0);
 
-    // The list opens on its first attribute: take it as chosen and put its
+    // The list opens on its first attribute: take it as chosen, with its
     // range in the boxes, so that Next without typing keeps the range.
-    if (cmbSelAtt->currentIndex() >= 0) {
-        cmbSelAtt_Click();
-        txtMinScore->setText(fmt::formatScore(cellNumber(w.InScoreMinimum, w.SelAtt)));
-        txtMaxScore->setText(fmt::formatScore(cellNumber(w.InScoreMaximum, w.SelAtt)));
-    }
+    if (cmbSelAtt->currentIndex() >= 0) cmbSelAtt_Click();
     // The technique panel shows the technique in force, on its own tab.
     if (w.SelTechnique >= 0 && w.SelTechnique < 8) {
         tsTechniques->setCurrentIndex(w.SelTechnique < 4 ? 0 : 1);
@@ -352,15 +348,22 @@ void frmKelSettings::cmbSelAtt_Click() {
     if (index < 0) return;
     WizardData& w = wizardData();
     w.SelAtt = static_cast<std::int16_t>(index);
+    double low = 0;
+    double high = 0;
     if (!w.AttRangeSet(w.SelAtt).toBoolean()) {
-        double low = cellNumber(w.InScoreMinimum, w.SelAtt);
-        double high = cellNumber(w.InScoreMaximum, w.SelAtt);
+        low = cellNumber(w.InScoreMinimum, w.SelAtt);
+        high = cellNumber(w.InScoreMaximum, w.SelAtt);
         DrawScopeFromHostRange(*picScopeChart, w.SelAtt, low, high);
     } else {
-        double low = cellNumber(w.ScoreMinimum, w.SelAtt);
-        double high = cellNumber(w.ScoreMaximum, w.SelAtt);
+        low = cellNumber(w.ScoreMinimum, w.SelAtt);
+        high = cellNumber(w.ScoreMaximum, w.SelAtt);
         DrawScopeFromWorkingRange(*picScopeChart, w.SelAtt, low, high);
     }
+    // The boxes follow the chosen attribute: Next checks and stores what
+    // they hold for this attribute, so they must never carry another one's
+    // range over.
+    txtMinScore->setText(fmt::formatScore(low));
+    txtMaxScore->setText(fmt::formatScore(high));
 }
 
 bool frmKelSettings::eventFilter(QObject* watched, QEvent* event) {

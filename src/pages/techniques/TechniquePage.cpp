@@ -432,9 +432,16 @@ double TechniquePage::scaleFactor() const {
 // --- Marks -------------------------------------------------------------------
 
 double TechniquePage::dragPosition(int index, QPointF pos) const {
-    const double f = scaleFactor();
-    const double widthPixels = picScorePoint[static_cast<std::size_t>(index)]->width();
-    return snapPosition(markLeft(index) - (grabOffset_ - pos.x()) / f + (widthPixels / 2.0) / f);
+    // c = left - (grab offset - X) / f + (width / 2) / f, worked out in the
+    // surface's user units: both mouse positions go through toUser, so the
+    // rule does not depend on the chart's size in pixels or the screen's
+    // pixel ratio.
+    const PointMark* m = picScorePoint.at(static_cast<std::size_t>(index));
+    const DrawSurface* surface = markSurface();
+    const QPointF origin = m->mapTo(surface, QPointF(0.0, 0.0));
+    const double grab = surface->toUser(origin + QPointF(grabOffset_, 0.0)).x();
+    const double now = surface->toUser(origin + QPointF(pos.x(), 0.0)).x();
+    return snapPosition(markLeft(index) - (grab - now) + markWidth(index) / 2.0);
 }
 
 void TechniquePage::markMouseDown(int index, Qt::MouseButton button, QPointF pos) {

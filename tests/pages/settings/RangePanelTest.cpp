@@ -140,7 +140,7 @@ TEST_F(RangePanel, PastingKeysAreSwallowed) {
 }
 
 TEST_F(RangePanel, UnconfirmedAttributeShowsTheHostsRange) {
-    // The boxes keep what was typed; the chart follows the chosen attribute.
+    // Chart and boxes follow the chosen attribute, whatever was typed before.
     minBox()->setText("3");
     maxBox()->setText("99");
     chooseAttribute(1);
@@ -149,7 +149,8 @@ TEST_F(RangePanel, UnconfirmedAttributeShowsTheHostsRange) {
     EXPECT_TRUE(texts.contains("Comfort"));
     EXPECT_TRUE(texts.contains("End points: 0 to 5 (the default range)"))
         << texts.join('|').toStdString();
-    EXPECT_EQ(minBox()->text(), "3");
+    EXPECT_EQ(minBox()->text(), "0");
+    EXPECT_EQ(maxBox()->text(), "5");
 
     // A confirmed attribute shows its working range when chosen again.
     replaceText(maxBox(), "8");
@@ -159,6 +160,7 @@ TEST_F(RangePanel, UnconfirmedAttributeShowsTheHostsRange) {
     texts = drawnTexts(*scopeChart());
     EXPECT_TRUE(texts.contains("End points: 0 to 8")) << texts.join('|').toStdString();
     EXPECT_TRUE(texts.contains("Default range: 0 to 5"));
+    EXPECT_EQ(maxBox()->text(), "8");
 }
 
 TEST_F(RangePanel, ChecksApplyToTheChosenAttribute) {

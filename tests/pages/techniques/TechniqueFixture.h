@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QLayout>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
@@ -55,25 +56,26 @@ public:
 
 // Attribute 0 "Price": benefit, scores 0..100, linear through five points.
 // Attribute 1 "Noise": cost, scores 10..50, linear falling from 1 to 0.
-// Three alternatives.
+// Attribute 2 "Comfort": benefit, scores 1..5, linear.
+// Four alternatives.
 inline void fillProblem() {
     WizardData& w = wizardData();
     w = WizardData{};
-    w.AttNum = 2;
-    w.AltNum = 3;
+    w.AttNum = 3;
+    w.AltNum = 4;
     w.MaxVal = 1;
     w.SelAtt = 0;
     w.SelTechnique = kDirectRating;
     w.SelMCDAMethod = 1;
-    w.AltPScore.redim(0, 2, 0, 1);
-    w.AttVData.redim(0, 2, 0, 1);
-    const double price[3] = {50.0, 0.0, 80.0};
-    const double noise[3] = {20.0, 50.0, 10.0};
-    for (int a = 0; a < 3; ++a) {
-        w.AltPScore(a, 0) = Variant(price[a]);
-        w.AltPScore(a, 1) = Variant(noise[a]);
-        w.AttVData(a, 0) = Variant(-1.0);
-        w.AttVData(a, 1) = Variant(-1.0);
+    w.AltPScore.redim(0, 3, 0, 2);
+    w.AttVData.redim(0, 3, 0, 2);
+    const double scores[4][3] = {{50.0, 20.0, 3.0}, {0.0, 50.0, 1.0}, {80.0, 10.0, 5.0},
+                                 {25.0, 40.0, 2.0}};
+    for (int a = 0; a < 4; ++a) {
+        for (int att = 0; att < 3; ++att) {
+            w.AltPScore(a, att) = Variant(scores[a][att]);
+            w.AttVData(a, att) = Variant(-1.0);
+        }
     }
     for (VariantArray* a : {&w.AttName, &w.AttDefinition, &w.AttProperty, &w.ScoreMinimum,
                             &w.ScoreMiddle, &w.ScoreMaximum, &w.ScoreMinimumCopy,
@@ -82,25 +84,26 @@ inline void fillProblem() {
                             &w.AttVFDone, &w.AttRangeSet, &w.InScoreMinimum, &w.InScoreMiddle,
                             &w.InScoreMaximum, &w.InSmpSize, &w.InVFunType, &w.InVFTechniqueID,
                             &w.InVFunParA, &w.InVFunParB, &w.InVFunParC, &w.InVFunParD})
-        a->redim(0, 1);
-    for (VariantArray* a : {&w.SmpX, &w.SmpY, &w.InSmpX, &w.InSmpY}) a->redim(0, 1, 0, 10);
+        a->redim(0, 2);
+    for (VariantArray* a : {&w.SmpX, &w.SmpY, &w.InSmpX, &w.InSmpY}) a->redim(0, 2, 0, 10);
 
     w.AttName(0) = Variant("Price");
     w.AttName(1) = Variant("Noise");
-    const double low[2] = {0.0, 10.0};
-    const double high[2] = {100.0, 50.0};
-    for (int att = 0; att < 2; ++att) {
+    w.AttName(2) = Variant("Comfort");
+    const double low[3] = {0.0, 10.0, 1.0};
+    const double high[3] = {100.0, 50.0, 5.0};
+    for (int att = 0; att < 3; ++att) {
         w.ScoreMinimum(att) = w.ScoreMinimumCopy(att) = w.InScoreMinimum(att) = Variant(low[att]);
         w.ScoreMaximum(att) = w.ScoreMaximumCopy(att) = w.InScoreMaximum(att) = Variant(high[att]);
         w.ScoreMiddle(att) = w.InScoreMiddle(att) = Variant((low[att] + high[att]) / 2.0);
-        w.AttPropertyCopy(att) = Variant(std::int16_t(att == 0 ? 0 : 1));
+        w.AttPropertyCopy(att) = Variant(std::int16_t(att == 1 ? 1 : 0));
         w.SmpSize(att) = w.InSmpSize(att) = Variant(std::int16_t(5));
         w.VFunType(att) = w.InVFunType(att) = Variant(std::int16_t(0));
         w.VFTechniqueID(att) = w.InVFTechniqueID(att) = Variant(std::int16_t(kMidPoint));
         w.AttVFDone(att) = Variant(false);
         for (int k = 0; k < 5; ++k) {
             const double x = low[att] + (high[att] - low[att]) * k / 4.0;
-            const double y = att == 0 ? k / 4.0 : 1.0 - k / 4.0;
+            const double y = att == 1 ? 1.0 - k / 4.0 : k / 4.0;
             w.SmpX(att, k) = w.InSmpX(att, k) = Variant(x);
             w.SmpY(att, k) = w.InSmpY(att, k) = Variant(y);
         }

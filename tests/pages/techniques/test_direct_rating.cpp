@@ -27,7 +27,7 @@ TEST_F(DirectRatingTest, LoadShowsTheAttributeItsSizeAndOneMarkPerPoint) {
     EXPECT_EQ(sizes->itemText(3), "11");
     EXPECT_EQ(sizes->currentText(), "7");
     auto* attributes = child<QComboBox>(QStringLiteral("cmbAttributes"));
-    EXPECT_EQ(attributes->count(), 2);
+    EXPECT_EQ(attributes->count(), 3);
     EXPECT_EQ(attributes->currentIndex(), 0);
     for (int i = 0; i < 11; ++i) EXPECT_EQ(mark(i)->isHidden(), i >= 7) << i;
     // Marks at their values, their scores as tool tips.
@@ -77,6 +77,26 @@ TEST_F(DirectRatingTest, LeftDragSetsTheValueAndMarksTheFunctionDone) {
     EXPECT_EQ(mark(1)->picture(), 1);
     // The middle score now lies above the centre of the range.
     EXPECT_EQ(highlightedAttitude(), 0);
+}
+
+TEST_F(DirectRatingTest, TheDragRuleHoldsAtAnyChartSize) {
+    for (const QSize size : {QSize(780, 620), QSize(1300, 900)}) {
+        fillProblem();
+        open();
+        page->resize(size);
+        page->layout()->activate();
+        drag(3, 62.0);
+        EXPECT_DOUBLE_EQ(value(0, 3), 0.62) << size.width();
+        EXPECT_NEAR(centreOf(3), 62.0, 1e-6) << size.width();
+        // The grab point inside the mark does not matter.
+        PointMark* m = mark(1);
+        const QPointF grab(2.0, 4.0);
+        sendMouse(m, QEvent::MouseButtonPress, grab, Qt::LeftButton, Qt::LeftButton);
+        const QPointF to(grab.x() + (10.0 - centreOf(1)) * pixelsPerUnit(), grab.y());
+        sendMouse(m, QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+        sendMouse(m, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+        EXPECT_DOUBLE_EQ(value(0, 1), 0.10) << size.width();
+    }
 }
 
 TEST_F(DirectRatingTest, OtherButtonsSelectButNeverDrag) {

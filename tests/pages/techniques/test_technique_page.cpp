@@ -139,6 +139,11 @@ TEST_F(DirectRatingTest, FinishExportsEveryAttributesValuesThenUnloads) {
     EXPECT_NEAR(v(0, 1).toDouble(), 75.0, 1e-9);   // noise 20 on 10..50, falling
     EXPECT_NEAR(v(1, 1).toDouble(), 0.0, 1e-9);
     EXPECT_NEAR(v(2, 1).toDouble(), 100.0, 1e-9);
+    EXPECT_NEAR(v(3, 0).toDouble(), 25.0, 1e-9);   // a sample score keeps its rating
+    EXPECT_NEAR(v(3, 1).toDouble(), 25.0, 1e-9);
+    // The attribute no page touched is computed too.
+    const double comfort[4] = {50.0, 0.0, 100.0, 25.0};
+    for (int a = 0; a < 4; ++a) EXPECT_NEAR(v(a, 2).toDouble(), comfort[a], 1e-9) << a;
 }
 
 TEST_F(DirectRatingTest, SpecificationAndNextAndPrint) {
