@@ -166,16 +166,6 @@ TEST_F(MethodsTest, DestroyingTheComponentDeletesEveryPage) {
     for (const QPointer<KelPage>& p : pages) EXPECT_TRUE(p.isNull());
 }
 
-TEST_F(MethodsTest, FactoryFunctionsCreateAndDestroyAComponent) {
-    KelmarDll* dll = KelmarCreate();
-    ASSERT_NE(dll, nullptr);
-    dll->ShowKelmar();
-    QPointer<FakePage> settings = pageOf(kSettingsPage);
-    KelmarDestroy(dll);
-    EXPECT_TRUE(settings.isNull());
-    KelmarDestroy(nullptr);
-}
-
 TEST_F(MethodsTest, ErrorsOfAPageLoadReachTheCaller) {
     registerPage(kVariableCertainty, [] () -> KelPage* {
         auto* page = new FakePage(kVariableCertainty);

@@ -299,17 +299,5 @@ TEST_F(RoutingTest, HelpGoesToTheInstalledHandlerWithTheFileAndContext) {
     EXPECT_TRUE(messages.isEmpty());
 }
 
-TEST_F(RoutingTest, EventsOfADetachedPageGoNowhere) {
-    FakePage* page = open(kMidPoint);
-    dll.setEventSink(nullptr);
-    page->raiseSendMasseges(QStringLiteral("x"));
-    page->raiseUnloadKelmar();
-    EXPECT_TRUE(host.events.empty());
-    page->setEventSink(nullptr);
-    std::int16_t id = kMidPoint;
-    page->raiseUnloadOwn();  // not routed: the variable keeps the page
-    EXPECT_NO_THROW(dll.HideForm(id));
-}
-
 }  // namespace
 }  // namespace kelmartest

@@ -131,19 +131,5 @@ TEST_F(WizardDataTest, TransferVFunDataKeepsTheHostsFunctionsAndResetsTheWorking
     EXPECT_THROW(static_cast<void>(w.SmpY(0, 11)), RuntimeError);
 }
 
-TEST_F(WizardDataTest, TransferVFunDataTakesTheHostsBoundsForEveryArray) {
-    HostFunctions f;
-    f.x = filled2(0, 4, 0, 3, 0);  // five attributes, four points
-    f.tech = filled(1, 2, 0);
-    f.transfer();
-    const WizardData& w = wizardData();
-    EXPECT_EQ(w.SmpX.ubound(1), 4);
-    EXPECT_EQ(w.SmpX.ubound(2), 3);
-    EXPECT_EQ(w.InSmpX.ubound(2), 3);
-    EXPECT_EQ(w.SmpY.ubound(2), 10);
-    EXPECT_EQ(w.VFTechniqueID.lbound(), 1);
-    EXPECT_EQ(w.InVFTechniqueID.ubound(), 2);
-}
-
 }  // namespace
 }  // namespace kelmartest
