@@ -25,6 +25,11 @@ namespace kelmar {
 using OleColor = std::uint32_t;
 
 namespace ole {
+// A colour from its red, green and blue parts.
+constexpr OleColor rgb(int r, int g, int b) {
+    return static_cast<OleColor>(r) | (static_cast<OleColor>(g) << 8) |
+           (static_cast<OleColor>(b) << 16);
+}
 inline constexpr OleColor Black = 0x000000;
 inline constexpr OleColor White = 0xFFFFFF;
 inline constexpr OleColor ButtonFace = 0x8000000F;

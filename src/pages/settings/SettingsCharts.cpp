@@ -16,10 +16,7 @@ namespace kelmar {
 
 namespace {
 
-constexpr OleColor rgb(int r, int g, int b) {
-    return static_cast<OleColor>(r) | (static_cast<OleColor>(g) << 8) |
-           (static_cast<OleColor>(b) << 16);
-}
+using ole::rgb;
 
 constexpr OleColor kInk = rgb(32, 32, 32);
 constexpr OleColor kMuted = rgb(96, 96, 96);

@@ -418,7 +418,13 @@ void frmKelSettings::applyDecimalPointRule(QLineEdit* box) {
     box->del();
 }
 
-void frmKelSettings::checkMinScore() {
+void frmKelSettings::checkMinScore() { checkScore(false); }
+void frmKelSettings::checkMaxScore() { checkScore(true); }
+
+// The working range may only widen the host's range: a minimum above the
+// host's minimum or a maximum below the host's maximum is refused and the
+// box gets the host's value back.
+void frmKelSettings::checkScore(bool maximum) {
     WizardData& w = wizardData();
     checkingScore_ = true;
     struct Reset {
@@ -426,43 +432,20 @@ void frmKelSettings::checkMinScore() {
         ~Reset() { flag = false; }
     } reset{checkingScore_};
 
-    const double value = fmt::leadingNumber(txtMinScore->text());
-    const double hostMin = cellNumber(w.InScoreMinimum, w.SelAtt);
-    if (value > hostMin) {
-        const QString shown = fmt::formatScore(hostMin);
-        showMessage(this, QStringLiteral("The score should be less than or equal to ") + shown +
-                              QStringLiteral("!"),
-                    QMessageBox::Warning, QStringLiteral("QUARN"));
-        txtMinScore->setText(shown);
+    QLineEdit* box = maximum ? txtMaxScore : txtMinScore;
+    const double value = fmt::leadingNumber(box->text());
+    const double host = cellNumber(maximum ? w.InScoreMaximum : w.InScoreMinimum, w.SelAtt);
+    if (maximum ? value < host : value > host) {
+        const QString shown = fmt::formatScore(host);
+        const QString rule = maximum ? QStringLiteral("The score should be larger than or equal to ")
+                                     : QStringLiteral("The score should be less than or equal to ");
+        showMessage(this, rule + shown + QStringLiteral("!"), QMessageBox::Warning,
+                    QStringLiteral("QUARN"));
+        box->setText(shown);
         return;
     }
-    w.AttRangeSet(w.SelAtt) = true;
-    w.ScoreMinimum(w.SelAtt) = value;
-    double low = cellNumber(w.ScoreMinimum, w.SelAtt);
-    double high = cellNumber(w.ScoreMaximum, w.SelAtt);
-    DrawScopeFromWorkingRange(*picScopeChart, w.SelAtt, low, high);
-}
-
-void frmKelSettings::checkMaxScore() {
-    WizardData& w = wizardData();
-    checkingScore_ = true;
-    struct Reset {
-        bool& flag;
-        ~Reset() { flag = false; }
-    } reset{checkingScore_};
-
-    const double value = fmt::leadingNumber(txtMaxScore->text());
-    const double hostMax = cellNumber(w.InScoreMaximum, w.SelAtt);
-    if (value < hostMax) {
-        const QString shown = fmt::formatScore(hostMax);
-        showMessage(this, QStringLiteral("The score should be larger than or equal to ") + shown +
-                              QStringLiteral("!"),
-                    QMessageBox::Warning, QStringLiteral("QUARN"));
-        txtMaxScore->setText(shown);
-        return;
-    }
-    w.AttRangeSet(w.SelAtt) = true;
-    w.ScoreMaximum(w.SelAtt) = value;
+    w.AttRangeSet(w.SelAtt) = Variant(true);
+    (maximum ? w.ScoreMaximum : w.ScoreMinimum)(w.SelAtt) = value;
     double low = cellNumber(w.ScoreMinimum, w.SelAtt);
     double high = cellNumber(w.ScoreMaximum, w.SelAtt);
     DrawScopeFromWorkingRange(*picScopeChart, w.SelAtt, low, high);

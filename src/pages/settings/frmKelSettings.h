@@ -60,6 +60,7 @@ private:
     void applyDecimalPointRule(QLineEdit* box);
     void checkMinScore();
     void checkMaxScore();
+    void checkScore(bool maximum);
 
     void prepareValueRange();
     void setTickLabels(std::int16_t maxVal);
