@@ -15,12 +15,10 @@
 #include <QJsonParseError>
 #include <QPointer>
 #include <QTableWidget>
-#include <QStatusBar>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 
 namespace kelmarhost {
 namespace {
@@ -47,7 +45,6 @@ struct Record {
                 x(j, k) = Variant(5.0 * k);
                 y(j, k) = Variant(k / 2.0);
             }
-            a(j) = Variant(0.25);
             type(j) = Variant(std::int16_t{1});
             for (int i = 0; i < 2; ++i) values(i, j) = Variant(10.0 * i + j);
         }
@@ -61,61 +58,12 @@ struct Record {
 const QStringList kAlternatives{QStringLiteral("North"), QStringLiteral("South")};
 const QStringList kAttributes{QStringLiteral("Rent"), QStringLiteral("Docks")};
 
-TEST(ResultWriterTest, EveryFunctionRecordAndTheValueTableCarryTheirNames) {
-    const Record r;
-    const QJsonObject json = resultsToJson(r.results(), kAlternatives, kAttributes);
-    EXPECT_EQ(json.value(QStringLiteral("maxValue")).toInt(), 100);
-    const QJsonArray functions = json.value(QStringLiteral("functions")).toArray();
-    ASSERT_EQ(functions.size(), 2);
-    const QJsonObject docks = functions.at(1).toObject();
-    EXPECT_EQ(docks.value(QStringLiteral("attribute")).toString(), QStringLiteral("Docks"));
-    EXPECT_EQ(docks.value(QStringLiteral("technique")).toInt(), 3);
-    EXPECT_EQ(docks.value(QStringLiteral("techniqueName")).toString(),
-              QStringLiteral("Category Identification"));
-    EXPECT_EQ(docks.value(QStringLiteral("scoreMaximum")).toDouble(), 10.0);
-    EXPECT_EQ(docks.value(QStringLiteral("type")).toInt(), 1);
-    const QJsonArray points = docks.value(QStringLiteral("points")).toArray();
-    ASSERT_EQ(points.size(), 3) << "only the points in use";
-    EXPECT_EQ(points.at(2).toArray().at(0).toDouble(), 10.0);
-    EXPECT_EQ(points.at(2).toArray().at(1).toDouble(), 1.0);
-    EXPECT_EQ(docks.value(QStringLiteral("maxValue")).toInt(), 100);
-    const QJsonObject pars = docks.value(QStringLiteral("parameters")).toObject();
-    EXPECT_EQ(pars.keys(), (QStringList{QStringLiteral("a"), QStringLiteral("b"),
-                                        QStringLiteral("c"), QStringLiteral("d")}));
-    EXPECT_EQ(pars.value(QStringLiteral("a")).toDouble(), 0.25);
-    EXPECT_TRUE(pars.value(QStringLiteral("b")).isNull()) << "an empty cell stays empty";
-
-    const QJsonArray values = json.value(QStringLiteral("values")).toArray();
-    ASSERT_EQ(values.size(), 2);
-    const QJsonObject south = values.at(1).toObject();
-    EXPECT_EQ(south.value(QStringLiteral("alternative")).toString(), QStringLiteral("South"));
-    const QJsonArray cells = south.value(QStringLiteral("values")).toArray();
-    ASSERT_EQ(cells.size(), 2);
-    EXPECT_EQ(cells.at(0).toObject().value(QStringLiteral("attribute")).toString(),
-              QStringLiteral("Rent"));
-    EXPECT_EQ(cells.at(0).toObject().value(QStringLiteral("value")).toDouble(), 10.0);
-    EXPECT_TRUE(cells.at(1).toObject().value(QStringLiteral("value")).isNull());
-}
-
-TEST(ResultWriterTest, ArraysOfOtherShapesAreWrittenAsFarAsTheyReach) {
-    Record r;
-    r.size(0) = Variant(std::int16_t{11});  // more points than SmpX holds in a row? no: 11 fit
-    r.x.redim(0, 1, 0, 4);                  // ...but this host array stops at point 4
-    r.techniques = Variant(QStringLiteral("not an array"));
-    r.values.redim(0, 2, 0, 0);             // a third alternative the names do not cover
-    const QJsonObject json = resultsToJson(r.results(), kAlternatives, kAttributes);
-    const QJsonObject rent = json.value(QStringLiteral("functions")).toArray().at(0).toObject();
-    EXPECT_EQ(rent.value(QStringLiteral("points")).toArray().size(), 5);
-    EXPECT_TRUE(rent.value(QStringLiteral("technique")).isNull());
-    const QJsonArray values = json.value(QStringLiteral("values")).toArray();
-    ASSERT_EQ(values.size(), 3);
-    EXPECT_TRUE(values.at(2).toObject().value(QStringLiteral("alternative")).isNull());
-}
-
-// Reads a file or stream of JSON lines back.
-QList<QJsonObject> readLines(const QByteArray& text) {
+// Reads a file of JSON lines back.
+QList<QJsonObject> readLines(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
     QList<QJsonObject> out;
-    for (const QByteArray& line : text.split('\n')) {
+    for (const QByteArray& line : file.readAll().split('\n')) {
         if (line.isEmpty()) continue;
         QJsonParseError error{};
         const QJsonDocument doc = QJsonDocument::fromJson(line, &error);
@@ -125,20 +73,14 @@ QList<QJsonObject> readLines(const QByteArray& text) {
     return out;
 }
 
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 TEST(ResultWriterTest, OneExportRoundTripsThroughTheFile) {
     QTemporaryDir dir;
-    ASSERT_TRUE(dir.isValid());
     const QString path = dir.filePath(QStringLiteral("results.jsonl"));
     const Record r;
     ResultWriter writer(path);
     ASSERT_TRUE(writer.write(resultsToJson(r.results(), kAlternatives, kAttributes)));
 
-    const QList<QJsonObject> lines = readLines(readFile(path));
+    const QList<QJsonObject> lines = readLines(path);
     ASSERT_EQ(lines.size(), 1);
     const QJsonObject& json = lines.first();
     const QJsonArray functions = json.value(QStringLiteral("functions")).toArray();
@@ -154,10 +96,8 @@ TEST(ResultWriterTest, OneExportRoundTripsThroughTheFile) {
         EXPECT_EQ(f.value(QStringLiteral("sampleSize")).toInt(), r.size(j).toInteger());
         const QJsonArray points = f.value(QStringLiteral("points")).toArray();
         ASSERT_EQ(points.size(), r.size(j).toInteger());
-        for (int k = 0; k < points.size(); ++k) {
-            EXPECT_EQ(points.at(k).toArray().at(0).toDouble(), r.x(j, k).toDouble());
-            EXPECT_EQ(points.at(k).toArray().at(1).toDouble(), r.y(j, k).toDouble());
-        }
+        for (int k = 0; k < points.size(); ++k)
+            EXPECT_EQ(points.at(k).toArray(), (QJsonArray{r.x(j, k).toDouble(), r.y(j, k).toDouble()}));
         EXPECT_EQ(f.value(QStringLiteral("type")).toInt(), r.type(j).toInteger());
     }
     const QJsonArray values = json.value(QStringLiteral("values")).toArray();
@@ -178,37 +118,6 @@ TEST(ResultWriterTest, OneExportRoundTripsThroughTheFile) {
     }
 }
 
-TEST(ResultWriterTest, EachExportIsOneLineAppendedAfterAFreshStart) {
-    QTemporaryDir dir;
-    ASSERT_TRUE(dir.isValid());
-    const QString path = dir.filePath(QStringLiteral("results.jsonl"));
-    {
-        QFile old(path);
-        ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-        old.write("left over from an earlier session\n");
-    }
-    ResultWriter file(path);
-    ASSERT_TRUE(file.write(QJsonObject{{QStringLiteral("n"), 1}}));
-    ASSERT_TRUE(file.write(QJsonObject{{QStringLiteral("n"), 2}}));
-    EXPECT_EQ(readFile(path), QByteArray("{\"n\":1}\n{\"n\":2}\n"));
-
-    std::FILE* stream = std::tmpfile();
-    ASSERT_NE(stream, nullptr);
-    ResultWriter lines(QString(), stream);
-    ASSERT_TRUE(lines.write(QJsonObject{{QStringLiteral("n"), 1}}));
-    ASSERT_TRUE(lines.write(QJsonObject{{QStringLiteral("n"), 2}}));
-    std::rewind(stream);
-    char buffer[256] = {};
-    const std::size_t n = std::fread(buffer, 1, sizeof buffer - 1, stream);
-    std::fclose(stream);
-    EXPECT_EQ(QByteArray(buffer, static_cast<qsizetype>(n)), QByteArray("{\"n\":1}\n{\"n\":2}\n"));
-
-    ResultWriter nowhere(dir.filePath(QStringLiteral("missing/dir/results.json")));
-    QString error;
-    EXPECT_FALSE(nowhere.write(QJsonObject{}, &error));
-    EXPECT_TRUE(error.contains(QStringLiteral("missing/dir/results.json"))) << error.toStdString();
-}
-
 class HostWindowTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -227,7 +136,6 @@ TEST_F(HostWindowTest, NoticesResultsAndTheEndOfTheWizard) {
     const QString path = dir.filePath(QStringLiteral("out.jsonl"));
     {
         HostWindow window(sampleProblem(), ResultWriter(path));
-        EXPECT_EQ(window.windowTitle(), QStringLiteral("kelmar-host"));
         window.show();
         window.transferProblem();
         EXPECT_EQ(kelmar::wizardData().AttNum, 5);
@@ -239,10 +147,6 @@ TEST_F(HostWindowTest, NoticesResultsAndTheEndOfTheWizard) {
         }
         ASSERT_FALSE(settings.isNull()) << "the wizard opens";
 
-        window.SendMasseges(QStringLiteral("Specify single-attribute value functions."));
-        EXPECT_EQ(window.statusBar()->currentMessage(),
-                  QStringLiteral("Specify single-attribute value functions."));
-
         Record r;
         for (int n = 0; n < 2; ++n) {
             window.ExportResults(r.values, r.lo, r.mid, r.hi, 100, r.techniques, r.size, r.x,
@@ -250,7 +154,7 @@ TEST_F(HostWindowTest, NoticesResultsAndTheEndOfTheWizard) {
         }
         EXPECT_EQ(window.exportCount(), 2);
         EXPECT_FALSE(window.writeFailed());
-        const QList<QJsonObject> lines = readLines(readFile(path));
+        const QList<QJsonObject> lines = readLines(path);
         ASSERT_EQ(lines.size(), 2);
         EXPECT_EQ(lines[1].value(QStringLiteral("values")).toArray().at(0).toObject()
                       .value(QStringLiteral("alternative")).toString(),

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "charts/DrawSurface.h"
-#include "pages/common/KelPage.h"
 #include "pages/common/Ui.h"
 #include "pages/techniques/frmKelDirectRating.h"
 
@@ -13,7 +12,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QLayout>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
@@ -41,9 +39,7 @@ public:
     }
     void pageUnloadOwn(KelPage&) override { events.emplace_back("UnloadOwn"); }
     void pageShowKelVFS(KelPage&) override { events.emplace_back("ShowKelVFS"); }
-    void pageSendMasseges(KelPage&, QString Msg) override {
-        events.push_back("SendMasseges:" + Msg.toStdString());
-    }
+    void pageSendMasseges(KelPage&, QString Msg) override { events.push_back("Msg:" + Msg.toStdString()); }
     void pageExportResults(KelPage&, VariantArray& AttVData, VariantArray&, VariantArray&,
                            VariantArray&, std::int16_t, Variant&, VariantArray&, VariantArray&,
                            VariantArray&, VariantArray&, VariantArray&, VariantArray&,
@@ -54,58 +50,46 @@ public:
     void pageUnloadKelVFS(KelPage&) override { events.emplace_back("UnloadKelVFS"); }
 };
 
-// Attribute 0 "Price": benefit, scores 0..100, linear through five points.
-// Attribute 1 "Noise": cost, scores 10..50, linear falling from 1 to 0.
-// Attribute 2 "Comfort": benefit, scores 1..5, linear.
-// Four alternatives.
+// Attribute 0 "Price": benefit, scores 0..100; 1 "Noise": cost, 10..50;
+// 2 "Comfort": benefit, 1..5; all linear through five points. Four
+// alternatives; the host's functions are the same as the working ones.
 inline void fillProblem() {
     WizardData& w = wizardData();
     w = WizardData{};
     w.AttNum = 3;
     w.AltNum = 4;
     w.MaxVal = 1;
-    w.SelAtt = 0;
     w.SelTechnique = kDirectRating;
     w.SelMCDAMethod = 1;
     w.AltPScore.redim(0, 3, 0, 2);
     w.AttVData.redim(0, 3, 0, 2);
-    const double scores[4][3] = {{50.0, 20.0, 3.0}, {0.0, 50.0, 1.0}, {80.0, 10.0, 5.0},
-                                 {25.0, 40.0, 2.0}};
+    const double scores[4][3] = {{50, 20, 3}, {0, 50, 1}, {100, 10, 5}, {25, 40, 2}};
     for (int a = 0; a < 4; ++a) {
         for (int att = 0; att < 3; ++att) {
-            w.AltPScore(a, att) = Variant(scores[a][att]);
-            w.AttVData(a, att) = Variant(-1.0);
+            w.AltPScore(a, att) = scores[a][att];
+            w.AttVData(a, att) = -1.0;
         }
     }
-    for (VariantArray* a : {&w.AttName, &w.AttDefinition, &w.AttProperty, &w.ScoreMinimum,
-                            &w.ScoreMiddle, &w.ScoreMaximum, &w.ScoreMinimumCopy,
-                            &w.ScoreMaximumCopy, &w.AttPropertyCopy, &w.SmpSize, &w.VFunType,
-                            &w.VFTechniqueID, &w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD,
-                            &w.AttVFDone, &w.AttRangeSet, &w.InScoreMinimum, &w.InScoreMiddle,
-                            &w.InScoreMaximum, &w.InSmpSize, &w.InVFunType, &w.InVFTechniqueID,
-                            &w.InVFunParA, &w.InVFunParB, &w.InVFunParC, &w.InVFunParD})
+    for (VariantArray* a : {&w.AttName, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum,
+                            &w.ScoreMinimumCopy, &w.ScoreMaximumCopy, &w.AttPropertyCopy, &w.SmpSize, &w.VFunType, &w.VFTechniqueID,
+                            &w.AttVFDone, &w.InSmpSize, &w.InVFunType, &w.InVFTechniqueID})
         a->redim(0, 2);
     for (VariantArray* a : {&w.SmpX, &w.SmpY, &w.InSmpX, &w.InSmpY}) a->redim(0, 2, 0, 10);
-
-    w.AttName(0) = Variant("Price");
-    w.AttName(1) = Variant("Noise");
-    w.AttName(2) = Variant("Comfort");
-    const double low[3] = {0.0, 10.0, 1.0};
-    const double high[3] = {100.0, 50.0, 5.0};
+    const char* names[3] = {"Price", "Noise", "Comfort"};
+    const double low[3] = {0, 10, 1}, high[3] = {100, 50, 5};
     for (int att = 0; att < 3; ++att) {
-        w.ScoreMinimum(att) = w.ScoreMinimumCopy(att) = w.InScoreMinimum(att) = Variant(low[att]);
-        w.ScoreMaximum(att) = w.ScoreMaximumCopy(att) = w.InScoreMaximum(att) = Variant(high[att]);
-        w.ScoreMiddle(att) = w.InScoreMiddle(att) = Variant((low[att] + high[att]) / 2.0);
-        w.AttPropertyCopy(att) = Variant(std::int16_t(att == 1 ? 1 : 0));
-        w.SmpSize(att) = w.InSmpSize(att) = Variant(std::int16_t(5));
-        w.VFunType(att) = w.InVFunType(att) = Variant(std::int16_t(0));
-        w.VFTechniqueID(att) = w.InVFTechniqueID(att) = Variant(std::int16_t(kMidPoint));
-        w.AttVFDone(att) = Variant(false);
+        w.AttName(att) = names[att];
+        w.ScoreMinimum(att) = w.ScoreMinimumCopy(att) = low[att];
+        w.ScoreMaximum(att) = w.ScoreMaximumCopy(att) = high[att];
+        w.ScoreMiddle(att) = (low[att] + high[att]) / 2.0;
+        w.AttPropertyCopy(att) = std::int16_t(att == 1 ? 1 : 0);
+        w.SmpSize(att) = w.InSmpSize(att) = std::int16_t(5);
+        w.VFunType(att) = w.InVFunType(att) = std::int16_t(0);
+        w.VFTechniqueID(att) = w.InVFTechniqueID(att) = std::int16_t(kMidPoint);
+        w.AttVFDone(att) = false;
         for (int k = 0; k < 5; ++k) {
-            const double x = low[att] + (high[att] - low[att]) * k / 4.0;
-            const double y = att == 1 ? 1.0 - k / 4.0 : k / 4.0;
-            w.SmpX(att, k) = w.InSmpX(att, k) = Variant(x);
-            w.SmpY(att, k) = w.InSmpY(att, k) = Variant(y);
+            w.SmpX(att, k) = w.InSmpX(att, k) = low[att] + (high[att] - low[att]) * k / 4.0;
+            w.SmpY(att, k) = w.InSmpY(att, k) = att == 1 ? 1.0 - k / 4.0 : k / 4.0;
         }
     }
 }
@@ -122,17 +106,17 @@ protected:
     void TearDown() override {
         page.reset();
         setMessageBoxHook({});
+        EXPECT_TRUE(messages.empty()) << "an unexpected message box";
     }
 
     // Creates and loads the page for the data as it stands.
-    frmKelDirectRating& open() {
+    void open() {
         page = std::make_unique<frmKelDirectRating>();
         page->setEventSink(&sink);
         page->resize(780, 620);
         page->load();
         page->show();
         sink.events.clear();
-        return *page;
     }
 
     template <typename T = QWidget>
@@ -154,7 +138,6 @@ protected:
     double centreOf(int i) const {
         return chart()->childLeft(mark(i)) + chart()->childWidth(mark(i)) / 2.0;
     }
-    double pixelsPerUnit() const { return chart()->width() / 116.0; }
 
     static void sendMouse(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button,
                           Qt::MouseButtons buttons) {
@@ -167,7 +150,7 @@ protected:
         PointMark* m = mark(i);
         const QPointF grab(m->width() / 2.0, 8.0);
         sendMouse(m, QEvent::MouseButtonPress, grab, button, button);
-        const QPointF to(grab.x() + (target - centreOf(i)) * pixelsPerUnit(), grab.y());
+        const QPointF to(grab.x() + (target - centreOf(i)) * chart()->width() / 116.0, grab.y());
         sendMouse(m, QEvent::MouseMove, to, Qt::NoButton, button);
         sendMouse(m, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
     }
@@ -177,25 +160,6 @@ protected:
     }
 
     static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
-
-    // The attitude label that carries the highlight, or -1.
-    int highlightedAttitude() const {
-        int found = -1;
-        for (int k = 0; k < 3; ++k) {
-            auto* label = child<QLabel>(QStringLiteral("lblRiskAttitude_%1").arg(k));
-            if (label->autoFillBackground() &&
-                label->palette().color(QPalette::Window) == toQColor(ole::Highlight))
-                found = k;
-        }
-        return found;
-    }
-
-    std::vector<QString> chartTexts() const {
-        std::vector<QString> texts;
-        for (const DrawPrimitive& p : chart()->primitives())
-            if (p.kind == DrawPrimitive::Kind::Text) texts.push_back(p.text);
-        return texts;
-    }
 
     RecordingSink sink;
     std::vector<QString> messages;
