@@ -110,3 +110,38 @@ TEST_F(DirectRatingTest, ARunTimeErrorIsReportedAndEndsTheHandler) {
 
 }  // namespace
 }  // namespace kelmar::testing
+
+namespace kelmar::testing {
+
+// Which attitude label is highlighted, or -1.
+static int highlightedAttitude(const QWidget& page) {
+    for (int k = 0; k < 3; ++k) {
+        const auto* label = page.findChild<QLabel*>(QStringLiteral("lblRiskAttitude_%1").arg(k));
+        if (label != nullptr && label->font().bold()) return k;
+    }
+    return -1;
+}
+
+TEST_F(DirectRatingTest, RiskAttitudeFollowsTheMiddleScoreAndTheMethodCode) {
+    open();
+    EXPECT_EQ(highlightedAttitude(*page), 1);  // linear: Risk Neutral
+
+    // Raising the middle point makes the curve reach one half early: the
+    // middle score drops below the range's centre, shown as Risk Prone for
+    // this benefit attribute as for a cost one.
+    drag(2, 70);
+    EXPECT_EQ(wizardData().VFunType(0).toInteger(), 1);
+    EXPECT_LT(wizardData().ScoreMiddle(0).toDouble(), 50.0);
+    EXPECT_EQ(highlightedAttitude(*page), 2);
+
+    // Method codes other than 0, 1 and 5 leave the display as it was.
+    wizardData().SelMCDAMethod = 2;
+    drag(2, 30);
+    EXPECT_GT(wizardData().ScoreMiddle(0).toDouble(), 50.0);
+    EXPECT_EQ(highlightedAttitude(*page), 2);
+    wizardData().SelMCDAMethod = 5;
+    drag(2, 32);
+    EXPECT_EQ(highlightedAttitude(*page), 0);
+}
+
+}  // namespace kelmar::testing
