@@ -65,6 +65,31 @@ TEST_F(ModelTest, ResampleByValueFallsBackToHalfTheRangeMeasuredFromZero) {
     EXPECT_EQ(smpX(0, 4), 120.0);
 }
 
+TEST_F(ModelTest, CategoryPointsTakeTheCategoryCountOnlyForANewOrForeignFunction) {
+    WizardData& d = w();
+    d.SelTechnique = kCategoryIdentification;
+    d.CategoryCount = 7;
+    I16 att = 0;
+    // No points yet: the category count, end to end on the range.
+    PrepareCategoryPoints(att);
+    EXPECT_EQ(d.SmpSize(0).toInteger(), 7);
+    EXPECT_EQ(smpX(0, 0), 0.0);
+    EXPECT_EQ(smpX(0, 6), 100.0);
+    // Built with this technique before: its size stays.
+    d.VFTechniqueID(0) = I16(kCategoryIdentification);
+    I16 five = 5;
+    d.SmpSize(0) = five;
+    SetLinearSamplePoints(att, five);
+    PrepareCategoryPoints(att);
+    EXPECT_EQ(d.SmpSize(0).toInteger(), 5);
+    // Another technique's curve is carried over to the category count.
+    setCurve(0, {0, 20, 50, 100}, {0, 0.5, 0.8, 1}, kDirectRating);
+    PrepareCategoryPoints(att);
+    EXPECT_EQ(d.SmpSize(0).toInteger(), 7);
+    EXPECT_EQ(smpX(0, 6), 100.0);
+    EXPECT_EQ(smpY(0, 6), 1.0);
+}
+
 // --- Which layout a technique page gets ---------------------------------------
 
 enum class Layout { Untouched, Linear, ByScore, ByValue };
