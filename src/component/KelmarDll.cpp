@@ -160,7 +160,7 @@ public:
     }
     void pageShowKelVFS(KelPage&) override {
         if (mKelVFS.isNull()) {
-            KelPage* view = create(kSpecificationViewKey, mKelVFS);
+            KelPage* view = create(kFunctionViewKey, mKelVFS);
             CentreFormOnScreen(*view);
             runModal(*view);
         } else {
@@ -227,7 +227,7 @@ void KelmarDll::ShowForm(std::int16_t& frmID, float& frmLeft, float& frmTop) {
 
 void KelmarDll::UnloadKelmar() {
     // The Category Identification, Bisection, Variable Certainty and
-    // specification view pages are kept on purpose.
+    // function view (frmVFS) pages are kept on purpose.
     Impl::release(d_->mKelSettings);
     Impl::release(d_->mKelDirectRating);
     Impl::release(d_->mKelMidPoint);

@@ -9,8 +9,8 @@ class KelPage;
 
 using PageFactory = KelPage* (*)();
 
-// The registry key of the specification view, which has no page id.
-inline constexpr int kSpecificationViewKey = 100;
+// The registry key of the function view (frmVFS), which has no page id.
+inline constexpr int kFunctionViewKey = 100;
 
 // Registers (or replaces) the factory for a page id. Returns true so that it
 // can initialise a namespace-scope constant.

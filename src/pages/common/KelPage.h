@@ -34,14 +34,14 @@ public:
                                    VariantArray& VFunParA, VariantArray& VFunParB,
                                    VariantArray& VFunParC, VariantArray& VFunParD,
                                    VariantArray& VFunType) = 0;
-    // Raised by the specification view when it is closed.
+    // Raised by the function view (frmVFS) when it is closed.
     virtual void pageUnloadKelVFS(KelPage& page) = 0;
 };
 
 class KelPage : public QDialog {
     Q_OBJECT
 public:
-    // Page id 0..8; the specification view has none (-1).
+    // Page id 0..8; the function view (frmVFS) has none (-1).
     static constexpr int kNoPageId = -1;
 
     explicit KelPage(int pageId, QWidget* parent = nullptr);

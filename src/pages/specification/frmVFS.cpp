@@ -13,7 +13,7 @@
 
 namespace kelmar {
 
-KELMAR_REGISTER_PAGE(kSpecificationViewKey, frmVFS)
+KELMAR_REGISTER_PAGE(kFunctionViewKey, frmVFS)
 
 namespace {
 // The cell of a per-attribute array, or Empty when the array does not reach

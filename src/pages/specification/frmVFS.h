@@ -1,4 +1,4 @@
-// The specification view: what the current attribute is and which kind of
+// The function view (frmVFS): what the current attribute is and which kind of
 // value function it has. Technique pages open it with their Specification
 // button; closing it raises UnloadKelVFS.
 #pragma once
