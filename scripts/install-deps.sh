@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(build-essential cmake ninja-build pkg-config qt6-base-dev libgl-dev
-          libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev)
+          libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev fonts-dejavu-core)
 
 missing=()
 for p in "${packages[@]}"; do
