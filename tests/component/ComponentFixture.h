@@ -1,6 +1,6 @@
-// Shared set-up of the component tests: pages shown without blocking,
-// message boxes recorded, a host event sink that records what reaches it,
-// and recording pages registered in place of the real ones.
+// Shared set-up of the component tests: recording pages registered in place
+// of the real ones, pages shown without blocking, message boxes recorded,
+// and a host that records what reaches it.
 #pragma once
 
 #include "component/PageRegistry.h"
@@ -23,11 +23,11 @@ namespace kelmartest {
 
 using namespace kelmar;
 
-// A page that exposes its events so a test can raise them.
+// A page that lets a test raise its events. Every one is recorded.
 class FakePage : public KelPage {
     Q_OBJECT
 public:
-    explicit FakePage(int id) : KelPage(id) {}
+    explicit FakePage(int id);
 
     using KelPage::raiseExportResults;
     using KelPage::raiseHideForm;
@@ -35,98 +35,60 @@ public:
     using KelPage::raiseShowForm;
     using KelPage::raiseShowKelVFS;
     using KelPage::raiseUnloadKelmar;
-    using KelPage::raiseUnloadKelVFS;
     using KelPage::raiseUnloadOwn;
 
     int loads = 0;
-    std::function<void(FakePage&)> onLoadAction;
+    static inline int failingLoad = -1;  // the id whose load raises error 9
 
 protected:
     void onLoad() override {
         ++loads;
-        if (onLoadAction) onLoadAction(*this);
+        if (pageId() == failingLoad) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
     }
-};
-
-// Every FakePage the registry built, in creation order.
-struct CreatedPage {
-    int id;
-    QPointer<FakePage> page;
-};
-inline std::vector<CreatedPage>& createdPages() {
-    static std::vector<CreatedPage> pages;
-    return pages;
-}
-
-template <int Id>
-KelPage* makeFakePage() {
-    auto* page = new FakePage(Id);
-    createdPages().push_back({Id, page});
-    return page;
-}
-
-// What reached the host, in order.
-struct HostEvent {
-    QString name;
-    QString text;
 };
 
 class RecordingHost : public KelmarEvents {
 public:
-    std::vector<HostEvent> events;
+    QStringList events;  // in order
     std::function<void()> onUnloadKelmar;
-    std::function<void()> onUnloadKelVFS;
-    std::function<void(VariantArray&, Variant&)> onExport;
-    std::int16_t exportedMaxVal = 0;
+    std::function<void(VariantArray&, std::int16_t, Variant&)> onExport;
 
     void UnloadKelmar() override {
-        events.push_back({QStringLiteral("UnloadKelmar"), {}});
+        events << QStringLiteral("UnloadKelmar");
         if (onUnloadKelmar) onUnloadKelmar();
     }
-    void UnloadKelVFS() override {
-        events.push_back({QStringLiteral("UnloadKelVFS"), {}});
-        if (onUnloadKelVFS) onUnloadKelVFS();
-    }
-    void SendMasseges(QString Msg) override {
-        events.push_back({QStringLiteral("SendMasseges"), Msg});
-    }
+    void UnloadKelVFS() override { events << QStringLiteral("UnloadKelVFS"); }
+    void SendMasseges(QString Msg) override { events << QStringLiteral("SendMasseges: ") + Msg; }
     void ExportResults(VariantArray& AttVData, VariantArray&, VariantArray&, VariantArray&,
                        std::int16_t MaxVal, Variant& VFTechniqueID, VariantArray&, VariantArray&,
                        VariantArray&, VariantArray&, VariantArray&, VariantArray&, VariantArray&,
                        VariantArray&) override {
-        events.push_back({QStringLiteral("ExportResults"), {}});
-        exportedMaxVal = MaxVal;
-        if (onExport) onExport(AttVData, VFTechniqueID);
-    }
-
-    QStringList names() const {
-        QStringList out;
-        for (const HostEvent& e : events) out << e.name;
-        return out;
+        events << QStringLiteral("ExportResults");
+        if (onExport) onExport(AttVData, MaxVal, VFTechniqueID);
     }
 };
 
+// The number of the RuntimeError f raises, 0 if none.
+int errorOf(const std::function<void()>& f);
+
 // Deletes what deleteLater scheduled.
 inline void flushDeletes() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
-
-// A small problem in the wizard data: 3 alternatives, 2 attributes.
-void loadSmallProblem();
 
 class ComponentTest : public ::testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
 
-    // The FakePage last created for an id (nullptr if none).
-    FakePage* pageOf(int id) const;
-    // How many pages of an id were ever created.
-    int createdCount(int id) const;
+    // Shows a page through the component and returns the FakePage behind it.
+    FakePage* open(std::int16_t id, float left = 0, float top = 0);
+    void hide(std::int16_t id) { dll.HideForm(id); }
+    // The FakePage last created for an id (nullptr if none or deleted).
+    static FakePage* pageOf(int id);
 
-    // Modal shows, in order.
+    RecordingHost host;
+    KelmarDll dll;
     std::vector<QPointer<QDialog>> modalShows;
-    // Texts of the message boxes, with their titles.
-    QStringList messages;
-    QStringList messageTitles;
+    QStringList messages;  // "title: text" of each message box
 
 private:
     std::vector<PageFactory> saved_;
