@@ -1,6 +1,7 @@
-// One drag step on the Direct Rating page: the move rule, the read-out
-// labels, the value function chart and a repaint of the page into an image,
-// measured on an offscreen page with an eleven-point function.
+// One drag step on the Direct Rating page, from the mouse move on the mark
+// to the painted page: the move rule, the read-out labels, the value
+// function chart and a repaint of the whole page into an image, measured on
+// an offscreen page with an eleven-point function and the decoration bands.
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
 #include "pages/techniques/frmKelDirectRating.h"
@@ -8,7 +9,9 @@
 #include <kelmar/mdKelMain.h>
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QImage>
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <benchmark/benchmark.h>
@@ -59,22 +62,33 @@ void DragStep(benchmark::State& state) {
     page.resize(780, 620);
     page.load();
     page.show();
-    auto* chart = page.findChild<DrawSurface*>(QStringLiteral("picVFChart"));
+    // Grab the middle mark (point 5 at 50) as the analyst would; every step
+    // is one mouse move delivered to the mark, which runs the drag handler:
+    // the drag position, MovePoint, the read-outs and the value function
+    // chart. The page is then painted into an image, as the next frame.
+    auto* mark = page.findChild<QWidget*>(QStringLiteral("picScorePoint_5"));
+    const QPointF grab(mark->width() / 2.0, 8.0);
+    QMouseEvent press(QEvent::MouseButtonPress, grab, mark->mapToGlobal(grab), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(mark, &press);
+    // Back and forth by a few rating units, never across a neighbour.
+    const double unit = page.findChild<QWidget*>(QStringLiteral("picRatingChart"))->width() / 116.0;
+    const double offsets[4] = {2.0, -2.0, 4.0, -4.0};
     QImage frame(page.size() * page.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
-    std::int16_t att = 0;
-    std::int16_t maxVal = 100;
-    int step = 0;
+    std::size_t step = 0;
     for (auto _ : state) {
-        // Back and forth between 42 and 58 around point 5 at 50.
-        const double x = 42.0 + (step++ % 17);
-        page.MovePoint(5, x);
-        page.ShowPointLabels(5);
-        DrawVFChart(*chart, att, maxVal);
+        const QPointF to(grab.x() + offsets[step++ % 4] * unit, grab.y());
+        QMouseEvent move(QEvent::MouseMove, to, mark->mapToGlobal(to), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(mark, &move);
         QPainter painter(&frame);
         page.render(&painter);
         painter.end();
         benchmark::DoNotOptimize(frame.constBits());
     }
+    QMouseEvent release(QEvent::MouseButtonRelease, grab, mark->mapToGlobal(grab),
+                        Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(mark, &release);
 }
 BENCHMARK(DragStep)->Unit(benchmark::kMicrosecond);
 

@@ -1,8 +1,20 @@
 // The decorations of the Direct Rating chart.
+//
+// Each band is a slice of one value ramp: over the rating area a pale wedge
+// rises from the worst end of the scale (value 0) to the best end (value 1),
+// so its height at a position is the value a mark dropped there gets. On a
+// cost attribute the wedge rises to the left. The bands keep their places on
+// the scale; each is captioned with the values it covers, in the page's
+// value range, so that the reading does not depend on the orientation.
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
+#include "model/Format.h"
 
+#include <kelmar/mdKelMain.h>
+
+#include <QPointF>
 #include <QString>
+#include <QVector>
 
 #include <algorithm>
 
@@ -13,39 +25,61 @@ namespace {
 // The rating area of the chart runs from 0 (top) to 78 (bottom).
 constexpr double kAreaTop = 0.6;
 constexpr double kAreaBottom = 77.4;
+constexpr double kRampTop = 15.0;    // the ramp's height at value 1, below the captions
 constexpr double kCaptionTop = 3.0;
 
 struct BandLook {
-    OleColor fill;     // a pale tint, so the grid and the marks stay readable
+    OleColor fill;
     OleColor edge;     // the band's boundary line
-    OleColor caption;  // the anchor's text
-    const char* anchor;
+    OleColor caption;  // the caption's text
 };
 
-// Looks by the part of the value range: low, middle, high.
+// Band 1 is the strip at the end of the scale that an interior mark cannot
+// reach (the drag stops at 2); bands 2 and 3 are two shades of one hue.
 constexpr BandLook kLooks[3] = {
-    {0xE8E8FB, 0x9C9CD8, 0x30309A, "Poor"},
-    {0xE3F6FB, 0x7CC4D8, 0x2C6A80, "Acceptable"},
-    {0xE6F6E6, 0x88C888, 0x2A6A2A, "Good"},
+    {ole::rgb(0xD4, 0xD4, 0xD4), ole::rgb(0x9A, 0x9A, 0x9A), ole::rgb(0x50, 0x50, 0x50)},
+    {ole::rgb(0xDD, 0xE9, 0xF7), ole::rgb(0x86, 0xA6, 0xD0), ole::rgb(0x2A, 0x4C, 0x7A)},
+    {ole::rgb(0xC2, 0xD7, 0xF0), ole::rgb(0x86, 0xA6, 0xD0), ole::rgb(0x2A, 0x4C, 0x7A)},
 };
+
+// The value (0..1) that a mark at position x of the rating scale stands for.
+double valueAt(double x, bool falling) {
+    const double v = x / 100.0;
+    return falling ? 1.0 - v : v;
+}
+
+double rampY(double x, bool falling) {
+    const double v = std::clamp(valueAt(x, falling), 0.0, 1.0);
+    return kAreaBottom - (kAreaBottom - kRampTop) * v;
+}
+
+QString valueText(double v, std::int16_t maxVal) {
+    return maxVal == 100 ? fmt::formatNumber(v * 100.0, QStringLiteral("0"))
+                         : fmt::formatNumber(v, QStringLiteral("0.00"));
+}
 
 }  // namespace
 
 void DrawRatingBand(DrawSurface& pic, std::int16_t band, double lo, double hi, bool falling) {
     if (band < 1 || band > 3) return;
-    // Band 1 lies at the left end of the scale; on a falling scale the left
-    // end holds the high values.
-    const int part = falling ? 3 - band : band - 1;
-    const BandLook& look = kLooks[part];
-
-    const OleColor savedColor = pic.foreColor();
+    const BandLook& look = kLooks[band - 1];
     const double left = std::min(lo, hi);
     const double right = std::max(lo, hi);
-    pic.filledBox(left, kAreaTop, right, kAreaBottom, look.fill);
+
+    const OleColor savedColor = pic.foreColor();
+    pic.polygon({QPointF(left, kAreaBottom), QPointF(left, rampY(left, falling)),
+                 QPointF(right, rampY(right, falling)), QPointF(right, kAreaBottom)},
+                look.fill);
     if (left > 0.0) pic.line(left, kAreaTop, left, kAreaBottom, look.edge);
 
-    // The anchor, centred in the band when it fits there.
-    const QString caption = QString::fromLatin1(look.anchor);
+    // The values the band covers, lowest first, centred in the band when
+    // the caption fits there.
+    const double v1 = valueAt(left, falling);
+    const double v2 = valueAt(right, falling);
+    const std::int16_t maxVal = wizardData().MaxVal;
+    const QString caption = QStringLiteral("values %1 \u2013 %2")
+                                .arg(valueText(std::min(v1, v2), maxVal),
+                                     valueText(std::max(v1, v2), maxVal));
     const double width = pic.textWidth(caption);
     if (width + 1.0 < right - left) {
         pic.setForeColor(look.caption);

@@ -55,6 +55,40 @@ QPushButton* makeButton(QWidget* parent, const char* name, const QString& captio
 
 }  // namespace
 
+// --- MarkImageList -----------------------------------------------------------
+
+MarkImageList::MarkImageList(QObject* parent) : QObject(parent) {
+    const QSize size = PointMark::markSize();
+    const qreal ratio = 2.0;  // drawn at twice the size so that it stays crisp when scaled
+    for (int picture = 0; picture < 2; ++picture) {
+        QPixmap pixmap(size * ratio);
+        pixmap.setDevicePixelRatio(ratio);
+        pixmap.fill(Qt::transparent);
+        QPainter p(&pixmap);
+        p.setRenderHint(QPainter::Antialiasing);
+        const QColor fill = picture == 0 ? kMarkNormal : kMarkSelected;
+        // A pin: a round head above a point that marks the position.
+        const qreal w = size.width();
+        const qreal cx = w / 2.0;
+        QPainterPath path;
+        path.moveTo(cx, size.height() - 1.0);
+        path.lineTo(1.0, 5.5);
+        path.arcTo(QRectF(1.0, 1.0, w - 2.0, w - 2.0), 180.0 + 25.0, -(180.0 + 50.0));
+        path.closeSubpath();
+        p.setPen(QPen(fill.darker(160), 1.0));
+        p.setBrush(fill);
+        p.drawPath(path);
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(255, 255, 255, picture == 0 ? 170 : 230));
+        p.drawEllipse(QPointF(cx, 5.0), 1.8, 1.8);
+        pictures_[static_cast<std::size_t>(picture)] = pixmap;
+    }
+}
+
+const QPixmap& MarkImageList::picture(int picture) const noexcept {
+    return pictures_[picture == 2 ? 1U : 0U];
+}
+
 // --- PointMark -------------------------------------------------------------
 
 PointMark::PointMark(TechniquePage& page, int index, QWidget* parent)
@@ -77,8 +111,7 @@ void PointMark::setPicture(int picture) {
 
 void PointMark::paintEvent(QPaintEvent*) {
     QPainter p(this);
-    const auto& pictures = page_.imgListMark();
-    p.drawPixmap(QPointF(0, 0), pictures[picture_ == 2 ? 1 : 0]);
+    p.drawPixmap(QPointF(0, 0), page_.markPictures().picture(picture_));
     if (hasFocus()) {
         QPen pen(kFocusRing, 1, Qt::DotLine);
         p.setPen(pen);
@@ -123,6 +156,8 @@ void PointMark::keyPressEvent(QKeyEvent* event) {
 void PointMark::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
     update();
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+        page_.markFocused(index_);
 }
 
 void PointMark::focusOutEvent(QFocusEvent* event) {
@@ -137,39 +172,17 @@ TechniquePage::TechniquePage(int pageId, const QString& formName, const QString&
     : KelPage(pageId, parent), features_(features) {
     setObjectName(formName);
     setWindowTitle(title);
-    buildMarkPictures();
+    markPictures_ = new MarkImageList(this);
+    if (features_.markImages) {
+        markPictures_->setObjectName(QStringLiteral("imgListMark"));
+        imgListMark = markPictures_;
+    }
     buildControls();
 }
 
 TechniquePage::~TechniquePage() = default;
 
-void TechniquePage::buildMarkPictures() {
-    const QSize size = PointMark::markSize();
-    const qreal ratio = 2.0;  // drawn at twice the size so that it stays crisp when scaled
-    for (int picture = 0; picture < 2; ++picture) {
-        QPixmap pixmap(size * ratio);
-        pixmap.setDevicePixelRatio(ratio);
-        pixmap.fill(Qt::transparent);
-        QPainter p(&pixmap);
-        p.setRenderHint(QPainter::Antialiasing);
-        const QColor fill = picture == 0 ? kMarkNormal : kMarkSelected;
-        // A pin: a round head above a point that marks the position.
-        const qreal w = size.width();
-        const qreal cx = w / 2.0;
-        QPainterPath path;
-        path.moveTo(cx, size.height() - 1.0);
-        path.lineTo(1.0, 5.5);
-        path.arcTo(QRectF(1.0, 1.0, w - 2.0, w - 2.0), 180.0 + 25.0, -(180.0 + 50.0));
-        path.closeSubpath();
-        p.setPen(QPen(fill.darker(160), 1.0));
-        p.setBrush(fill);
-        p.drawPath(path);
-        p.setPen(Qt::NoPen);
-        p.setBrush(QColor(255, 255, 255, picture == 0 ? 170 : 230));
-        p.drawEllipse(QPointF(cx, 5.0), 1.8, 1.8);
-        imgListMark_[static_cast<std::size_t>(picture)] = pixmap;
-    }
-}
+const MarkImageList& TechniquePage::markPictures() const noexcept { return *markPictures_; }
 
 void TechniquePage::buildControls() {
     const TechniqueFeatures& f = features_;
@@ -184,13 +197,13 @@ void TechniquePage::buildControls() {
 
     auto* choices = new QGridLayout;
     choices->setHorizontalSpacing(8);
-    Label1 = makeLabel(Frame1, "Label1", QStringLiteral("Selected attribute:"));
+    Label1[0] = makeLabel(Frame1, "Label1_0", QStringLiteral("Selected attribute:"));
     cmbAttributes = new QComboBox(Frame1);
     cmbAttributes->setObjectName(QStringLiteral("cmbAttributes"));
     cmbAttributes->setMinimumWidth(240);
     cmbAttributes->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    Label1->setBuddy(cmbAttributes);
-    choices->addWidget(Label1, 0, 0);
+    Label1[0]->setBuddy(cmbAttributes);
+    choices->addWidget(Label1[0], 0, 0);
     choices->addWidget(cmbAttributes, 0, 1);
     if (f.sampleSize) {
         Label2 = makeLabel(Frame1, "Label2", QStringLiteral("Sample size:"));
@@ -243,8 +256,8 @@ void TechniquePage::buildControls() {
     picPanel->setMinimumWidth(190);
     auto* panelLayout = new QVBoxLayout(picPanel);
     panelLayout->setContentsMargins(10, 8, 10, 10);
-    lblRiskCaption = makeLabel(picPanel, "Label1_1", QStringLiteral("Risk attitude:"));
-    panelLayout->addWidget(lblRiskCaption);
+    Label1[1] = makeLabel(picPanel, "Label1_1", QStringLiteral("Risk attitude:"));
+    panelLayout->addWidget(Label1[1]);
     picRiskAttitude = new QFrame(picPanel);
     picRiskAttitude->setObjectName(QStringLiteral("picRiskAttitude"));
     picRiskAttitude->setFrameShape(QFrame::Panel);
@@ -316,6 +329,13 @@ void TechniquePage::buildControls() {
         for (int i = 0; i < kMarkCount; ++i)
             picScorePoint[static_cast<std::size_t>(i)] = new PointMark(*this, i, surface);
         connect(surface, &DrawSurface::resized, this, [this] { replaceMarks(); });
+        // Tab reaches the marks right after the choices above them.
+        QWidget* previous = cmbSmpSize != nullptr ? static_cast<QWidget*>(cmbSmpSize) : cmbAttributes;
+        for (PointMark* m : picScorePoint) {
+            setTabOrder(previous, m);
+            previous = m;
+        }
+        setTabOrder(previous, cmdLinear != nullptr ? cmdLinear : cmdS);
     }
 
     // Handlers. Every one runs guarded: a run-time error ends it.
@@ -347,6 +367,19 @@ DrawSurface* TechniquePage::markSurface() const {
 }
 
 void TechniquePage::addToUpperFrame(QWidget* widget) { upperLayout_->addWidget(widget); }
+
+void TechniquePage::FillPolygon(DrawSurface& pic, const std::vector<QPointF>& points,
+                                std::int16_t count, OleColor colour) {
+    if (count < 0 || static_cast<std::size_t>(count) >= points.size())
+        throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    // The record keeps user units, so the polygon stays in place when the
+    // picture is resized; the surface's own settings are not touched.
+    QVector<QPointF> corners;
+    corners.reserve(count);
+    for (std::int16_t k = 1; k <= count; ++k)
+        corners.push_back(pic.toUser(points[static_cast<std::size_t>(k)]));
+    pic.polygon(corners, colour);
+}
 
 // --- Helpers -----------------------------------------------------------------
 
@@ -487,6 +520,15 @@ void TechniquePage::markKeyStep(int index, double units) {
         movePoint(index, snapPosition(centre + units));
         afterDragStep(index);
         onMarkReleased(index);
+    });
+}
+
+void TechniquePage::markFocused(int index) {
+    handle([&] {
+        if (index >= sampleSize()) return;
+        selectMark(index);
+        showPointLabels(index);
+        onMarkPressed(index);
     });
 }
 

@@ -7,6 +7,7 @@
 // labels, its release rule).
 #pragma once
 
+#include "charts/DrawSurface.h"
 #include "pages/common/KelPage.h"
 
 #include <QPixmap>
@@ -14,6 +15,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 class QBoxLayout;
 class QComboBox;
@@ -23,7 +25,6 @@ class QPushButton;
 
 namespace kelmar {
 
-class DrawSurface;
 class TechniquePage;
 
 // What a technique page has of the common skeleton.
@@ -35,12 +36,27 @@ struct TechniqueFeatures {
     };
 
     bool ratingChart = true;        // picRatingChart
-    bool pointMarks = true;         // picScorePoint_0..10 and imgListMark
+    bool pointMarks = true;         // picScorePoint_0..10
+    bool markImages = true;         // imgListMark (without it the marks keep the plain pin)
     bool sampleSize = true;         // Label2 and cmbSmpSize
     bool linearRestore = true;      // cmdLinear and cmdRestore
     bool currentScore = true;       // Label3 and lblCurScore
     Readout readout = Readout::Value;
     bool marksOnValueChart = false;  // the marks lie on picVFChart (no rating chart)
+};
+
+// imgListMark: the two pictures of a point mark, 1 the normal mark and 2
+// the selected one.
+class MarkImageList : public QObject {
+    Q_OBJECT
+public:
+    explicit MarkImageList(QObject* parent = nullptr);
+    // picture 1 or 2; any other number gives picture 1.
+    const QPixmap& picture(int picture) const noexcept;
+    int count() const noexcept { return 2; }
+
+private:
+    std::array<QPixmap, 2> pictures_;
 };
 
 // One draggable point mark (picScorePoint_i). It shows picture 1 or 2 of
@@ -83,8 +99,9 @@ public:
 
     const TechniqueFeatures& features() const noexcept { return features_; }
 
-    // The two pictures of imgListMark (index 0 = picture 1).
-    const std::array<QPixmap, 2>& imgListMark() const noexcept { return imgListMark_; }
+    // The pictures the marks show: imgListMark, or the plain pins on a page
+    // without it.
+    const MarkImageList& markPictures() const noexcept;
 
     // Entry points of the marks' events. Each runs as a guarded handler.
     void markMouseDown(int index, Qt::MouseButton button, QPointF pos);
@@ -93,6 +110,9 @@ public:
     // Arrow keys: moves the mark by units of the chart scale through the
     // move rule and the release step, as a drag would.
     void markKeyStep(int index, double units);
+    // A mark reached with Tab: selected and its read-outs shown, as a
+    // MouseDown would, without starting a drag.
+    void markFocused(int index);
 
     // The risk attitude display for attribute att.
     void ShowRiskAttitude(std::int16_t att);
@@ -157,12 +177,18 @@ protected:
     double scaleFactor() const;
     // Adds a page's own widget under the rating chart in the upper frame.
     void addToUpperFrame(QWidget* widget);
+    // A solid polygon in colour on pic (winding fill rule), its corners
+    // given in pixels of the picture as it stands, points[1] .. points[count]
+    // (points[0] is not used). A count beyond the points raises error 9.
+    static void FillPolygon(DrawSurface& pic, const std::vector<QPointF>& points,
+                            std::int16_t count, OleColor colour);
 
     DrawSurface* markSurface() const;
 
     // Controls (null when the page lacks them).
     QFrame* Frame1 = nullptr;
-    QLabel* Label1 = nullptr;
+    // Label1_0 "Selected attribute:", Label1_1 "Risk attitude:".
+    std::array<QLabel*, 2> Label1{};
     QComboBox* cmbAttributes = nullptr;
     QLabel* Label2 = nullptr;
     QComboBox* cmbSmpSize = nullptr;
@@ -176,7 +202,6 @@ protected:
     DrawSurface* picVFChart = nullptr;
     DrawSurface* picPanel = nullptr;
     QFrame* picRiskAttitude = nullptr;
-    QLabel* lblRiskCaption = nullptr;
     std::array<QLabel*, 3> lblRiskAttitude{};
     QPushButton* cmdLinear = nullptr;
     QPushButton* cmdRestore = nullptr;
@@ -187,6 +212,7 @@ protected:
     QPushButton* cmdBack = nullptr;
     QPushButton* cmdNext = nullptr;
     QPushButton* cmdFinish = nullptr;
+    MarkImageList* imgListMark = nullptr;
 
     // Drag state.
     double grabOffset_ = 0;   // pixels inside the mark at MouseDown
@@ -197,11 +223,10 @@ protected:
 
 private:
     void buildControls();
-    void buildMarkPictures();
     void replaceMarks();
 
     TechniqueFeatures features_;
-    std::array<QPixmap, 2> imgListMark_;
+    MarkImageList* markPictures_ = nullptr;  // imgListMark, or unnamed plain pins
     std::array<double, kMarkCount> markCentre_{};
     std::array<double, kMarkCount> markTop_{};
     QBoxLayout* upperLayout_ = nullptr;

@@ -22,6 +22,7 @@ namespace {
 constexpr double kMarkTop = 84.0;
 constexpr double kLabelTop = 102.0;
 constexpr OleColor kGridColor = 0xE6E6E6;
+constexpr OleColor kHintColor = 0x8C8C8C;
 
 bool fallingPreference(std::int16_t att) {
     return wizardData().AttPropertyCopy(att).toDouble() != 0.0;
@@ -98,7 +99,8 @@ void frmKelDirectRating::DrawRatingChart(std::int16_t& att, Variant& scoreMinimu
     }
     hideMarksFrom(sampleSize < 0 ? 0 : sampleSize);
 
-    if (w.SelMCDAMethod > 1 && w.SelMCDAMethod != 5) {
+    const bool bands = w.SelMCDAMethod > 1 && w.SelMCDAMethod != 5;
+    if (bands) {
         DrawRatingBand(pic, 1, 0.0, 2.0, falling);
         DrawRatingBand(pic, 2, 2.0, 74.0, falling);
         DrawRatingBand(pic, 3, 74.0, 100.0, falling);
@@ -107,6 +109,21 @@ void frmKelDirectRating::DrawRatingChart(std::int16_t& att, Variant& scoreMinimu
     // Light guides under the five labelled places of the scale.
     for (int i = 0; i <= 4; ++i)
         pic.line(i * 25.0, 1.0, i * 25.0, 77.0, kGridColor);
+
+    // Without bands the rating area is empty: it tells a newcomer what to do.
+    if (!bands) {
+        pic.setForeColor(kHintColor);
+        const QString hints[2] = {
+            tr("Drag each mark to the value of its score; point at a mark to see the score."),
+            tr("A selected mark also moves with the arrow keys (Shift: ten steps).")};
+        double y = 26.0;
+        for (const QString& hint : hints) {
+            pic.setCurrentX(50.0 - pic.textWidth(hint) / 2.0);
+            pic.setCurrentY(y);
+            pic.print(hint);
+            y += 14.0;
+        }
+    }
 
     // Tick labels: label i belongs to the value i/4, wherever that value
     // lies on the scale.

@@ -14,13 +14,19 @@ TEST_F(DirectRatingTest, ChoosingASampleSize) {
     EXPECT_EQ(wizardData().SmpSize(0).toInteger(), 5);
     EXPECT_DOUBLE_EQ(value(0, 2), 0.40);
     EXPECT_EQ(chart()->primitives().size(), before);
+    EXPECT_EQ(mark(2)->picture(), 2);
     // Another resamples keeping the shape: the curve still passes 0.40 at 50.
     chooseSize(2);
     EXPECT_EQ(wizardData().SmpSize(0).toInteger(), 9);
+    EXPECT_EQ(mark(2)->picture(), 1) << "marks 1 to 10 return to the normal picture";
     for (int i = 0; i < 11; ++i) EXPECT_EQ(mark(i)->isHidden(), i >= 9) << i;
     EXPECT_DOUBLE_EQ(wizardData().SmpX(0, 4).toDouble(), 50.0);
     EXPECT_NEAR(value(0, 4), 0.40, 1e-9);
     EXPECT_NEAR(centreOf(4), 40.0, 1e-6);
+    // The first mark keeps its picture.
+    sendMouse(mark(0), QEvent::MouseButtonPress, {5, 8}, Qt::RightButton, Qt::RightButton);
+    chooseSize(3);
+    EXPECT_EQ(mark(0)->picture(), 2);
 }
 
 TEST_F(DirectRatingTest, LinearMakesTheFunctionStraightAndDone) {
