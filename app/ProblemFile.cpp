@@ -180,16 +180,20 @@ ValueFunction linearFunction(double minimum, double maximum, bool cost, int coun
 Problem parseProblem(const QByteArray& json, const QString& source) {
     QJsonParseError error{};
     const QJsonDocument doc = QJsonDocument::fromJson(json, &error);
-    if (error.error != QJsonParseError::NoError)
-        throw ProblemFileError(QStringLiteral("%1: not valid JSON at character %2: %3")
-                                   .arg(source)
-                                   .arg(error.offset)
-                                   .arg(error.errorString()));
-    if (!doc.isObject())
-        throw ProblemFileError(
-            QStringLiteral("%1: the top level must be a JSON object").arg(source));
-    const QJsonObject root = doc.object();
     const Reader r(source);
+    if (error.error != QJsonParseError::NoError) {
+        // Where the text goes wrong, as an editor shows it.
+        const QString before = QString::fromUtf8(json.left(error.offset));
+        const qsizetype line = before.count(QLatin1Char('\n')) + 1;
+        const qsizetype column = before.size() - before.lastIndexOf(QLatin1Char('\n'));
+        r.fail(QStringLiteral("line %1, column %2").arg(line).arg(column),
+               QStringLiteral("not valid JSON: %1").arg(error.errorString()));
+    }
+    if (!doc.isObject())
+        r.fail(QStringLiteral("top level"),
+               QStringLiteral("expected an object, found %1")
+                   .arg(doc.isArray() ? QStringLiteral("an array") : QStringLiteral("nothing")));
+    const QJsonObject root = doc.object();
 
     Problem p;
     p.source = source;
@@ -202,11 +206,12 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
         p.methodCode = r.integer(root.value(QStringLiteral("methodCode")),
                                  QStringLiteral("methodCode"), -32768, 32767);
     if (root.contains(QStringLiteral("maxValue"))) {
-        p.maxValue = r.integer(root.value(QStringLiteral("maxValue")), QStringLiteral("maxValue"),
-                               1, 100);
-        if (p.maxValue != 1 && p.maxValue != 100)
+        const double maxValue =
+            r.number(root.value(QStringLiteral("maxValue")), QStringLiteral("maxValue"));
+        if (maxValue != 1.0 && maxValue != 100.0)
             r.fail(QStringLiteral("maxValue"),
-                   QStringLiteral("expected 1 or 100, found %1").arg(p.maxValue));
+                   QStringLiteral("expected 1 or 100, found %1").arg(maxValue));
+        p.maxValue = static_cast<int>(maxValue);
     }
 
     const QJsonArray alts = r.array(

@@ -154,6 +154,9 @@ public:
         showForm(frmID, frmLeft, frmTop);
     }
     void pageUnloadOwn(KelPage& page) override {
+        // Only the technique pages' unload events are received: the
+        // settings page's fourth event has no handler in the class.
+        if (page.pageId() < kMidPoint || page.pageId() > kVariableCertainty) return;
         for (QPointer<KelPage>* slot : allSlots()) {
             if (slot->data() == &page) release(*slot);
         }

@@ -2,6 +2,11 @@
 #include "ProblemFile.h"
 #include "SampleProblem.h"
 
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 namespace kelmarhost {
@@ -68,8 +73,8 @@ TEST(ProblemFileTest, EachKindOfBadFileGetsOneMessageNamingFileFieldAndFault) {
     };
     const Case cases[] = {
         {"does_not_exist.json", "the file does not exist"},
-        {"invalid_json.json", "not valid JSON at character"},
-        {"not_an_object.json", "the top level must be a JSON object"},
+        {"invalid_json.json", "line 1, column 81: not valid JSON: unterminated array"},
+        {"not_an_object.json", "top level: expected an object, found an array"},
         {"missing_field.json", "attributes[1].property: required field is missing"},
         {"wrong_type.json", "scores[1][0]: expected a number, found a string"},
         {"scores_too_few_rows.json", "scores: expected 3 rows (one per alternative), found 2"},
@@ -89,6 +94,107 @@ TEST(ProblemFileTest, EachKindOfBadFileGetsOneMessageNamingFileFieldAndFault) {
         EXPECT_TRUE(message.startsWith(path + QStringLiteral(": ") + QString::fromUtf8(c.expected)))
             << c.file << ": " << message.toStdString();
         EXPECT_FALSE(message.contains(QLatin1Char('\n'))) << c.file;
+    }
+
+    // A syntax error is placed by line and column (where reading stopped),
+    // counted in characters, not bytes.
+    const QString source = QStringLiteral("inline.json");
+    const QByteArray broken = "{\n  \"title\": \"Gr\xc3\xbcn\"\n  \"alternatives\": []\n}";
+    try {
+        parseProblem(broken, source);
+        ADD_FAILURE() << "a syntax error is reported";
+    } catch (const ProblemFileError& error) {
+        EXPECT_TRUE(error.message().startsWith(QStringLiteral("inline.json: line 3, column 4: not valid JSON: ")))
+            << error.message().toStdString();
+    }
+}
+
+// The checks of an earlier value function, each on an otherwise good problem.
+TEST(ProblemFileTest, EachFaultOfAnEarlierFunctionIsNamed) {
+    const QByteArray head =
+        R"({"alternatives": ["A", "B"], "attributes": [{"name": "Rent", "property": "cost"}],
+            "scores": [[10], [20]], "valueFunctions": [)";
+    const struct {
+        const char* function;
+        const char* expected;  // the message after "inline.json: "
+    } cases[] = {
+        {R"({"scoreMinimum": 5, "scoreMaximum": 5})",
+         "valueFunctions[0].scoreMaximum: must be greater than scoreMinimum (5), found 5"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "scoreMiddle": 31})",
+         "valueFunctions[0].scoreMiddle: expected a score from 0 to 30, found 31"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "technique": 8})",
+         "valueFunctions[0].technique: expected a whole number from 0 to 7, found 8"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "type": 0.5})",
+         "valueFunctions[0].type: expected a whole number from 0 to 1, found 0.5"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [30, 1.5]]})",
+         "valueFunctions[0].points[1][1]: expected a value from 0 to 1, found 1.5"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [20, 0]]})",
+         "valueFunctions[0].points: the first point must lie at scoreMinimum (0) and the last at "
+         "scoreMaximum (30)"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [30]]})",
+         "valueFunctions[0].points[1]: expected [score, value], found 1 numbers"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "parameters": {"e": 1}})",
+         "valueFunctions[0].parameters.e: unknown parameter; expected a, b, c or d"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30}, {"scoreMinimum": 0, "scoreMaximum": 30})",
+         "valueFunctions: expected 1 functions (one per attribute), found 2"},
+    };
+    for (const auto& c : cases) {
+        QString message;
+        try {
+            parseProblem(head + c.function + "]}", QStringLiteral("inline.json"));
+        } catch (const ProblemFileError& error) {
+            message = error.message();
+        }
+        EXPECT_EQ(message, QStringLiteral("inline.json: ") + QString::fromUtf8(c.expected));
+    }
+}
+
+// The complete example of docs/problem-format.md is a file the loader takes.
+TEST(ProblemFileTest, TheDocumentedExampleLoads) {
+    QFile doc(QStringLiteral(KELMAR_DOCS_DIR "/problem-format.md"));
+    ASSERT_TRUE(doc.open(QIODevice::ReadOnly));
+    const QByteArray text = doc.readAll();
+    const qsizetype section = text.indexOf("### A complete example");
+    ASSERT_GE(section, 0);
+    const qsizetype begin = text.indexOf("```json\n", section);
+    const qsizetype end = text.indexOf("```", begin + 8);
+    ASSERT_TRUE(begin >= 0 && end > begin);
+    const Problem p = parseProblem(text.mid(begin + 8, end - begin - 8), QStringLiteral("example"));
+    EXPECT_EQ(p.alternatives.size(), 6);
+    ASSERT_EQ(p.attributes.size(), 5);
+    ASSERT_EQ(p.functions.size(), 5);
+    EXPECT_EQ(p.functions[2].points.size(), 5) << "a range alone gives five linear points";
+    EXPECT_EQ(p.functions[2].points.first(), QPointF(30, 1)) << "Commute time is a cost";
+    EXPECT_EQ(p.functions[4].points.size(), 4);
+}
+
+// The program itself: a bad problem file ends it before any window opens
+// or any output is written.
+TEST(HostProgramTest, ABadProblemFileEndsWithStatus2OneLineAndNoOutput) {
+    QTemporaryDir dir;
+    const QString output = dir.filePath(QStringLiteral("results.json"));
+    const struct {
+        QStringList arguments;
+        QString message;
+    } cases[] = {
+        {{QStringLiteral("--output"), output, dataFile("bad_property.json")},
+         dataFile("bad_property.json") +
+             QStringLiteral(": attributes[2].property: expected \"cost\" or \"benefit\", found \"big\"\n")},
+        {{QStringLiteral("-o"), output, dataFile("scores_short_row.json")},
+         dataFile("scores_short_row.json") +
+             QStringLiteral(": scores[1]: expected 2 scores (one per attribute), found 1\n")},
+        {{dataFile("does_not_exist.json"), QStringLiteral("--output"), output},
+         dataFile("does_not_exist.json") + QStringLiteral(": the file does not exist\n")},
+    };
+    for (const auto& c : cases) {
+        QProcess host;
+        host.start(QStringLiteral(KELMAR_HOST_PATH), c.arguments);
+        ASSERT_TRUE(host.waitForFinished(120000));
+        EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(host.exitCode(), 2);
+        EXPECT_EQ(QString::fromLocal8Bit(host.readAllStandardError()), c.message);
+        EXPECT_TRUE(host.readAllStandardOutput().isEmpty());
+        EXPECT_FALSE(QFileInfo::exists(output));
     }
 }
 

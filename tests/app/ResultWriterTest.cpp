@@ -118,6 +118,36 @@ TEST(ResultWriterTest, OneExportRoundTripsThroughTheFile) {
     }
 }
 
+// The pretty-printed result line of docs/problem-format.md names the fields
+// the writer writes, at every level.
+TEST(ResultWriterTest, TheDocumentedResultLineHasTheWritersFields) {
+    QFile doc(QStringLiteral(KELMAR_DOCS_DIR "/problem-format.md"));
+    ASSERT_TRUE(doc.open(QIODevice::ReadOnly));
+    const QByteArray text = doc.readAll();
+    const qsizetype section = text.indexOf("## The results");
+    ASSERT_GE(section, 0);
+    const qsizetype begin = text.indexOf("```json\n", section);
+    const qsizetype end = text.indexOf("```", begin + 8);
+    ASSERT_TRUE(begin >= 0 && end > begin);
+    QJsonParseError error{};
+    const QJsonObject documented =
+        QJsonDocument::fromJson(text.mid(begin + 8, end - begin - 8), &error).object();
+    ASSERT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString();
+
+    const Record r;
+    const QJsonObject written = resultsToJson(r.results(), kAlternatives, kAttributes);
+    const auto first = [](const QJsonObject& o, const char* key) {
+        return o.value(QLatin1String(key)).toArray().at(0).toObject();
+    };
+    EXPECT_EQ(documented.keys(), written.keys());
+    EXPECT_EQ(first(documented, "functions").keys(), first(written, "functions").keys());
+    EXPECT_EQ(first(documented, "functions").value(QStringLiteral("parameters")).toObject().keys(),
+              first(written, "functions").value(QStringLiteral("parameters")).toObject().keys());
+    EXPECT_EQ(first(documented, "values").keys(), first(written, "values").keys());
+    EXPECT_EQ(first(first(documented, "values"), "values").keys(),
+              first(first(written, "values"), "values").keys());
+}
+
 class HostWindowTest : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -1,6 +1,9 @@
 // The public methods of the component class.
 #include "ComponentFixture.h"
 
+#include <QApplication>
+#include <QTimer>
+
 namespace kelmartest {
 namespace {
 
@@ -26,6 +29,35 @@ TEST_F(MethodsTest, ShowKelmarLoadsTheSettingsPageAndShowsItModalOnceThenReShows
     EXPECT_EQ(modalShows.size(), 1u) << "a second call shows the page, not modal";
     EXPECT_TRUE(settings->isVisible());
     EXPECT_EQ(settings->loads, 1);
+}
+
+// With the real modal loops: Next on the settings page opens the technique
+// page's loop inside its handler, and ShowKelmar returns only after that
+// handler has ended, since the settings page was hidden.
+TEST_F(MethodsTest, ModalLoopsNestAndShowKelmarReturnsWhenTheSettingsPageIsHidden) {
+    setModalRunner({});
+    QStringList steps;
+    QObject scope;  // ends the timers with the test, whatever happens
+    QTimer::singleShot(0, &scope, [&] {
+        FakePage* settings = pageOf(kSettingsPage);
+        steps << QStringLiteral("settings modal: %1").arg(QApplication::activeModalWidget() == settings);
+        settings->handle([&] {
+            QTimer::singleShot(0, &scope, [&] {
+                FakePage* technique = pageOf(kBisection);
+                steps << QStringLiteral("technique modal: %1")
+                             .arg(QApplication::activeModalWidget() == technique);
+                technique->hide();
+            });
+            settings->raiseHideForm(kSettingsPage);
+            settings->raiseShowForm(kBisection, 0, 0);
+            steps << QStringLiteral("technique loop ended");
+        });
+    });
+    dll.ShowKelmar();
+    steps << QStringLiteral("ShowKelmar returned");
+    EXPECT_EQ(steps, (QStringList{QStringLiteral("settings modal: 1"), QStringLiteral("technique modal: 1"),
+                                  QStringLiteral("technique loop ended"),
+                                  QStringLiteral("ShowKelmar returned")}));
 }
 
 TEST_F(MethodsTest, IdsOutsideThePagesAreIgnoredAndHidingAnEmptyVariableIsError91) {

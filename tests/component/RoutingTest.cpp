@@ -4,7 +4,10 @@
 
 #include "pages/common/PlaceholderPage.h"
 
+#include <QDesktopServices>
+#include <QFile>
 #include <QPushButton>
+#include <QTemporaryDir>
 
 #include <stdexcept>
 
@@ -28,23 +31,36 @@ TEST_F(RoutingTest, ExportResultsPassesTheWorkingArraysByReferenceAndTheMaxVal) 
     w.VFTechniqueID = VariantArray(0, 1);
     w.VFTechniqueID(0) = Variant(std::int16_t{1});
     std::int16_t maxVal = 0;
+    int techniqueUpper = -1, technique = -1;
     host.onExport = [&](VariantArray& AttVData, std::int16_t MaxVal, Variant& VFTechniqueID) {
         maxVal = MaxVal;
         EXPECT_EQ(AttVData(1, 1).toDouble(), 55.0);
         AttVData(2, 0) = Variant(7.0);  // the host writes through the reference
-        VFTechniqueID.toArray()(0) = Variant(std::int16_t{6});  // a copy: not written back
+        techniqueUpper = VFTechniqueID.toArray().ubound();
+        technique = VFTechniqueID.toArray()(0).toInteger();
+        VFTechniqueID = Variant(VariantArray(0, 1));
+        VFTechniqueID.toArray()(0) = Variant(std::int16_t{6});
     };
     page->handle([page] { page->raiseExportResults(); });
     EXPECT_EQ(host.events, QStringList{QStringLiteral("ExportResults")});
     EXPECT_EQ(maxVal, 100);
     EXPECT_EQ(w.AttVData(2, 0).toDouble(), 7.0);
-    EXPECT_EQ(w.VFTechniqueID(0).toInteger(), 1);
+    EXPECT_EQ(techniqueUpper, 1) << "one variant holds the whole working array";
+    EXPECT_EQ(technique, 1);
+    EXPECT_EQ(w.VFTechniqueID(0).toInteger(), 6) << "and what the host writes into it comes back";
 }
 
-TEST_F(RoutingTest, GuidanceReachesTheHostFromTechniquePagesOnly) {
+// The class has no handler for the settings page's guidance nor for its
+// fourth event: neither reaches the host, and the page stays in its variable.
+TEST_F(RoutingTest, TheSettingsPagesGuidanceAndFourthEventStopAtTheClass) {
     dll.ShowKelmar();
-    pageOf(kSettingsPage)->raiseSendMasseges(QStringLiteral("Specify value ranges"));
+    QPointer<FakePage> settings = pageOf(kSettingsPage);
+    settings->raiseSendMasseges(QStringLiteral("Specify value ranges"));
+    settings->raiseUnloadOwn();
     EXPECT_TRUE(host.events.isEmpty());
+    flushDeletes();
+    ASSERT_FALSE(settings.isNull());
+    EXPECT_EQ(errorOf([&] { hide(kSettingsPage); }), 0);
     open(kBisection)->raiseSendMasseges(QStringLiteral("Specify value functions."));
     EXPECT_EQ(host.events, QStringList{QStringLiteral("SendMasseges: Specify value functions.")});
 }
@@ -165,7 +181,7 @@ TEST_F(RoutingTest, ErrorsInAHandlerAreReportedAndEndTheHandler) {
     EXPECT_TRUE(messages[1].contains(QStringLiteral("host failed")));
 }
 
-TEST_F(RoutingTest, HelpGoesToTheInstalledHandlerWithTheFileAndContext) {
+TEST_F(RoutingTest, HelpGoesToTheInstalledHandlerOrOpensAnExistingFile) {
     wizardData().QUARNDir = QStringLiteral("/opt/quarn");
     QString file;
     int context = 0;
@@ -173,6 +189,23 @@ TEST_F(RoutingTest, HelpGoesToTheInstalledHandlerWithTheFileAndContext) {
     openHelp(nullptr);
     EXPECT_EQ(file, QStringLiteral("/opt/quarn\\QUARN.HLP"));
     EXPECT_EQ(context, 4005020);
+
+    // The default hands an existing file to the desktop (the host's
+    // directory joined with a backslash is read as a Unix path) and
+    // does nothing for a missing one.
+    KelmarDll::setHelpHandler({});
+    UrlRecorder desktop;
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), &desktop, "open");
+    QTemporaryDir dir;
+    QFile help(dir.filePath(QStringLiteral("QUARN.HLP")));
+    ASSERT_TRUE(help.open(QIODevice::WriteOnly));
+    help.close();
+    wizardData().QUARNDir = dir.path();
+    openHelp(nullptr);
+    wizardData().QUARNDir = dir.filePath(QStringLiteral("missing"));
+    openHelp(nullptr);
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    EXPECT_EQ(desktop.urls, QList<QUrl>{QUrl::fromLocalFile(help.fileName())});
 }
 
 // A technique page this version does not offer still finishes: the host

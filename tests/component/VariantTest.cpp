@@ -17,6 +17,7 @@ TEST(VariantTest, ConversionsOfNumbersTextAndEmptyRoundHalfToEven) {
         {Variant(" 12.5 "), 12.5, 12, QStringLiteral(" 12.5 ")},
         {Variant("0.5"), 0.5, 0, QStringLiteral("0.5")},
         {Variant("&H10"), 16.0, 16, QStringLiteral("&H10")},
+        {Variant("-1.5E3"), -1500.0, -1500, QStringLiteral("-1.5E3")},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text.toStdString());
@@ -37,6 +38,9 @@ TEST(VariantTest, OverflowTypeMismatchAndSubscriptErrors) {
         {"mul", [] { (void)checkedMul(256, 128); }, RuntimeError::Overflow},
         {"abc", [] { (void)Variant("abc").toDouble(); }, RuntimeError::TypeMismatch},
         {"empty text", [] { (void)Variant("").toInteger(); }, RuntimeError::TypeMismatch},
+        {"inf", [] { (void)Variant("inf").toDouble(); }, RuntimeError::TypeMismatch},
+        {"nan", [] { (void)Variant("nan").toSingle(); }, RuntimeError::TypeMismatch},
+        {"text as Boolean", [] { (void)Variant("yes").toBoolean(); }, RuntimeError::TypeMismatch},
         {"array as number", [] { (void)Variant(VariantArray(0, 1)).toDouble(); }, RuntimeError::TypeMismatch},
         {"number as array", [] { (void)Variant(1.0).toArray(); }, RuntimeError::TypeMismatch},
         {"array compared", [] { (void)(Variant(VariantArray(0, 1)) == Variant(1.0)); }, RuntimeError::TypeMismatch},
@@ -90,7 +94,8 @@ TEST(VariantTest, ArraysKeepTheirBoundsAndAssignmentCopiesTheSourcesShape) {
 
 TEST(VariantTest, RuntimeErrorsCarryTheClassicNumbersAndTexts) {
     const struct { int number; const char* text; } cases[] = {
-        {6, "Overflow"}, {9, "Subscript out of range"}, {13, "Type mismatch"},
+        {5, "Invalid procedure call or argument"}, {6, "Overflow"}, {9, "Subscript out of range"},
+        {11, "Division by zero"}, {13, "Type mismatch"},
         {91, "Object variable or With block variable not set"},
     };
     for (const auto& c : cases) EXPECT_EQ(RuntimeError(c.number).description(), QLatin1String(c.text));

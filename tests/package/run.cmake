@@ -1,15 +1,35 @@
-# Configures, builds and runs the consumer project against a Kelmar build tree.
+# Builds and runs the consumer project twice: against the Kelmar build tree
+# (KELMAR_DIR) and against an install prefix made from that build tree.
 file(REMOVE_RECURSE ${BINARY})
-execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE} -B ${BINARY} -G ${GENERATOR}
-                        -DKelmar_DIR=${KELMAR_DIR} RESULT_VARIABLE rc)
+
+function(consume dir)
+  execute_process(COMMAND ${CMAKE_COMMAND} -S ${SOURCE} -B ${dir} -G ${GENERATOR} ${ARGN}
+                  RESULT_VARIABLE rc)
+  if(rc)
+    message(FATAL_ERROR "configure failed in ${dir}")
+  endif()
+  execute_process(COMMAND ${CMAKE_COMMAND} --build ${dir} RESULT_VARIABLE rc)
+  if(rc)
+    message(FATAL_ERROR "build failed in ${dir}")
+  endif()
+  execute_process(COMMAND ${dir}/consumer RESULT_VARIABLE rc)
+  if(rc)
+    message(FATAL_ERROR "consumer failed in ${dir}")
+  endif()
+endfunction()
+
+consume(${BINARY}/from-build-tree -DKelmar_DIR=${KELMAR_DIR})
+
+set(prefix ${BINARY}/prefix)
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${KELMAR_DIR} --prefix ${prefix}
+                OUTPUT_QUIET RESULT_VARIABLE rc)
 if(rc)
-  message(FATAL_ERROR "configure failed")
+  message(FATAL_ERROR "install failed")
 endif()
-execute_process(COMMAND ${CMAKE_COMMAND} --build ${BINARY} RESULT_VARIABLE rc)
-if(rc)
-  message(FATAL_ERROR "build failed")
-endif()
-execute_process(COMMAND ${BINARY}/consumer RESULT_VARIABLE rc)
-if(rc)
-  message(FATAL_ERROR "consumer failed")
+consume(${BINARY}/from-prefix -DCMAKE_PREFIX_PATH=${prefix})
+# The package must have come from the prefix, not from the build tree.
+file(STRINGS ${BINARY}/from-prefix/CMakeCache.txt found REGEX "^Kelmar_DIR:")
+string(FIND "${found}" "${prefix}/" at)
+if(NOT at GREATER -1)
+  message(FATAL_ERROR "the consumer found ${found}, not the package in ${prefix}")
 endif()

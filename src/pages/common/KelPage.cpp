@@ -102,6 +102,9 @@ void KelPage::raiseExportResults() {
     sink_->pageExportResults(*this, w.AttVData, w.ScoreMinimum, w.ScoreMiddle, w.ScoreMaximum,
                              w.MaxVal, techniques, w.SmpSize, w.SmpX, w.SmpY, w.VFunParA,
                              w.VFunParB, w.VFunParC, w.VFunParD, w.VFunType);
+    // The variant stands for the working array: what the host wrote into it
+    // goes back, as it does for every other argument.
+    if (techniques.isArray()) w.VFTechniqueID = techniques.toArray();
 }
 
 void KelPage::raiseUnloadKelVFS() {
