@@ -1,11 +1,15 @@
 // Cost of the curve evaluation and of the Finish loop.
 //
 // Akima/Ours against Akima/GslEval (init done once) and Akima/GslInitEval
-// (init per evaluation) compare one evaluation on 11 points.
+// (init per evaluation) compare one evaluation on 11 points: ours takes the
+// points afresh on every call, as GSL does when it is initialised for them.
 // Finish/Loop runs ComputeAllAlternativeValues over 32,767 alternatives and
 // 16 attributes; Finish/BareEvaluations makes the same AkimaInterpolate
 // calls on arrays built beforehand, so the difference is the loop's own
-// copying and storing.
+// reading and storing of the wizard data. Finish/PlainEvaluations makes the
+// same evaluations on plain doubles, without any Variant.
+#include "model/AkimaCore.h"
+
 #include <kelmar/mdKelMain.h>
 
 #include <benchmark/benchmark.h>
@@ -167,6 +171,38 @@ void Finish_BareEvaluations(benchmark::State& state) {
     kelmar::wizardData() = {};
 }
 BENCHMARK(Finish_BareEvaluations)->Unit(benchmark::kMillisecond);
+
+void Finish_PlainEvaluations(benchmark::State& state) {
+    fillWizardData();
+    const kelmar::WizardData& w = kelmar::wizardData();
+    std::vector<double> xs, ys;
+    for (int att = 0; att < kAttributes; ++att) {
+        for (int k = 0; k < kPoints; ++k) {
+            xs.push_back(w.SmpX(att, k).toDouble());
+            ys.push_back(w.SmpY(att, k).toDouble());
+        }
+    }
+    std::vector<double> scores;
+    scores.reserve(static_cast<std::size_t>(kAlternatives) * kAttributes);
+    for (int alt = 0; alt < kAlternatives; ++alt)
+        for (int att = 0; att < kAttributes; ++att) scores.push_back(w.AltPScore(alt, att).toDouble());
+    for (auto _ : state) {
+        std::size_t cell = 0;
+        for (int alt = 0; alt < kAlternatives; ++alt) {
+            for (int att = 0; att < kAttributes; ++att) {
+                const std::size_t row = static_cast<std::size_t>(att) * kPoints;
+                double out[5];
+                kelmar::akimaCore(kelmar::DoubleCells{xs.data() + row},
+                                  kelmar::DoubleCells{ys.data() + row}, kPoints, true,
+                                  scores[cell++], out);
+                benchmark::DoNotOptimize(out[4]);
+            }
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * kAlternatives * kAttributes);
+    kelmar::wizardData() = {};
+}
+BENCHMARK(Finish_PlainEvaluations)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

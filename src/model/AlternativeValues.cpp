@@ -2,23 +2,19 @@
 
 #include <kelmar/mdKelMain.h>
 
-#include <vector>
+#include <cstdint>
 
 namespace kelmar {
 
 namespace {
 
-// Cells (att, 0 .. n - 1) of an attribute-by-point array; a cell outside
-// the bounds raises error 9, as indexing it would.
+// Cells (att, 0 .. n - 1) of an attribute-by-point array, n >= 1; a cell
+// outside the bounds raises error 9, as indexing it would. The row's cells
+// lie side by side, so checking its first and its last cell checks them all.
 const Variant* pointRow(const VariantArray& a, int att, int n) {
-    if (a.dimensions() != 2) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    const int lo1 = a.lbound(1);
-    const int lo2 = a.lbound(2);
-    const int hi2 = a.ubound(2);
-    if (att < lo1 || att > a.ubound(1) || lo2 > 0 || hi2 < n - 1)
-        throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    const std::size_t width = static_cast<std::size_t>(hi2 - lo2 + 1);
-    return a.data().data() + static_cast<std::size_t>(att - lo1) * width - lo2;
+    const Variant* row = &a(att, 0);
+    static_cast<void>(a(att, n - 1));
+    return row;
 }
 
 }  // namespace
@@ -26,39 +22,27 @@ const Variant* pointRow(const VariantArray& a, int att, int n) {
 void ComputeAlternativeValue(std::int16_t& alt, std::int16_t& att, std::int16_t& maxVal) {
     WizardData& w = wizardData();
     // The local arrays 0 .. n - 1 cannot be dimensioned for an empty sample.
+    // (n - 1 overflows the 16-bit Integers only for n = -32768.)
     const std::int16_t n = w.SmpSize(att).toInteger();
-    const std::int16_t last = checkedSub(n, 1);
-    if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    if (n < 1) {
+        throw RuntimeError(n == INT16_MIN ? RuntimeError::Overflow
+                                          : RuntimeError::SubscriptOutOfRange);
+    }
 
-    // The curve through the sample points, read as doubles. It serves
-    // every function type: linear points lie on their line.
-    double fx[kStackPoints];
-    double fy[kStackPoints];
-    std::vector<double> heap;
-    double* xs = fx;
-    double* ys = fy;
-    if (n > kStackPoints) {
-        heap.resize(2 * static_cast<std::size_t>(n));
-        xs = heap.data();
-        ys = xs + n;
-    }
-    const Variant* rowX = pointRow(w.SmpX, att, n);
-    const Variant* rowY = pointRow(w.SmpY, att, n);
-    for (int k = 0; k < n; ++k) {
-        xs[k] = rowX[k].asDoubleFast();
-        ys[k] = rowY[k].asDoubleFast();
-    }
+    // The curve through the sample points, read straight from the rows of
+    // SmpX and SmpY. It serves every function type: linear points lie on
+    // their line.
+    const VariantCells xs{pointRow(w.SmpX, att, n)};
+    const VariantCells ys{pointRow(w.SmpY, att, n)};
     const double x = w.AltPScore(alt, att).asDoubleFast();
     double out[5] = {0.0, 0.0, 0.0, 0.0, 0.0};
     akimaCore(xs, ys, n, true, x, out);
 
     // Beyond the ends the extended cubics are cut to the value range.
+    // (Above 1 it is 1, else below 0 it is 0; v is never a NaN here.)
     double v = out[4];
-    if (v > 1.0) {
-        v = 1.0;
-    } else if (v < 0.0) {
-        v = 0.0;
-    }
+    v = v > 1.0 ? 1.0 : v;
+    v = v < 0.0 ? 0.0 : v;
     w.AttVData(alt, att) = static_cast<double>(maxVal) * v;
 }
 

@@ -19,7 +19,13 @@ inline double checkedDiv(double a, double b) {
     return checkedResult(a / b);
 }
 
-// The attribute's orientation: a non-zero property copy means cost.
+// The attribute's orientation: a non-zero property copy at the selected
+// attribute means cost.
 bool isCostOriented();
+
+// Function type 0 (or an empty type) is linear, any other number the curve
+// through the sample points. A type held as text is read as its number;
+// text that is not a number is a type mismatch (error 13).
+inline bool isLinearType(const Variant& type) { return type.toDouble() == 0.0; }
 
 }  // namespace kelmar

@@ -27,7 +27,7 @@ void CategoryPointsFromOtherTechnique(std::int16_t& att, std::int16_t& newSize,
     // Another technique's curve is read off at equally spaced scores; a
     // linear function or a sample too small for a curve starts linear.
     WizardData& w = wizardData();
-    if (w.VFunType(att) == Variant(std::int16_t(0)) || oldSize < 2) {
+    if (isLinearType(w.VFunType(att)) || oldSize < 2) {
         SetLinearSamplePoints(att, newSize);
     } else {
         ResampleByScore(att, newSize, oldSize);

@@ -120,6 +120,9 @@ QString formatScore(double v) {
 }
 
 QString currencyText(double v) {
+    // The currency type holds at most 922,337,203,685,477.5807.
+    if (!std::isfinite(v) || std::fabs(v) > 922337203685477.5)
+        throw RuntimeError(RuntimeError::Overflow);
     const Decimal d = roundDecimal(v, 4, true);
     std::string fraction = d.fraction;
     while (!fraction.empty() && fraction.back() == '0') fraction.pop_back();

@@ -17,7 +17,8 @@ QString formatNumber(double v, const QString& pattern);
 QString formatScore(double v);
 
 // A score as a 4-decimal currency amount turned into text: at most four
-// decimals, no trailing zeros (2.5 -> "2.5", 1/3 -> "0.3333").
+// decimals, no trailing zeros (2.5 -> "2.5", 1/3 -> "0.3333"). A number
+// beyond the currency range raises error 6.
 QString currencyText(double v);
 
 // The leading number of a text: blanks are skipped, then an optional sign,

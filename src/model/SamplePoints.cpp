@@ -64,7 +64,7 @@ OldPoints copyOldPoints(WizardData& w, std::int16_t att, std::int16_t oldSize) {
 
 double valueOn(const OldPoints& old, double x) {
     double out[5];
-    akimaCore(old.x.data(), old.y.data(), old.n, true, x, out);
+    akimaCore(DoubleCells{old.x.data()}, DoubleCells{old.y.data()}, old.n, true, x, out);
     return out[4];
 }
 
@@ -72,7 +72,7 @@ double valueOn(const OldPoints& old, double x) {
 
 void UpdateSamplePoints(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
     WizardData& w = wizardData();
-    if (w.VFunType(att) == Variant(std::int16_t(0))) {
+    if (isLinearType(w.VFunType(att))) {
         SetLinearSamplePoints(att, newSize);
         return;
     }

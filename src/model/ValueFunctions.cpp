@@ -21,11 +21,21 @@ double ladderPower(std::int16_t index, float c) {
     return checkedResult(std::pow(2.0, static_cast<double>(exponent)));
 }
 
+// The ratio of the two powers k and j: how far a ladder point lies along
+// its span.
+double ladderRatio(std::int16_t j, std::int16_t k, float c) {
+    return checkedDiv(ladderPower(k, c), ladderPower(j, c));
+}
+
+// (1 / c) x log2(R'), R' the ratio cut below at 1. The factor 1 / c is
+// formed in single precision from the Single c; the logarithms and the
+// product are Doubles.
 double ladderIndex(double ratio, float c) {
     if (c == 0.0f) throw RuntimeError(RuntimeError::DivisionByZero);
-    const double reciprocal = 1.0 / static_cast<double>(c);
+    const float reciprocal = 1.0f / c;
+    if (!std::isfinite(reciprocal)) throw RuntimeError(RuntimeError::Overflow);
     const double r = ratio > 1.0 ? ratio : 1.0;
-    return checkedResult(reciprocal * (std::log(r) / std::log(2.0)));
+    return checkedResult(static_cast<double>(reciprocal) * (std::log(r) / std::log(2.0)));
 }
 
 }  // namespace
@@ -34,7 +44,7 @@ float ComputeScoreMiddle(std::int16_t& att) {
     WizardData& w = wizardData();
     const double lowEnd = w.ScoreMinimum(att).toDouble();
     const double highEnd = w.ScoreMaximum(att).toDouble();
-    if (w.VFunType(att) == Variant(std::int16_t(0))) {
+    if (isLinearType(w.VFunType(att))) {
         return csng((lowEnd + highEnd) / 2.0);
     }
 
@@ -63,7 +73,7 @@ float ComputeScoreMiddle(std::int16_t& att) {
             const double next = x + static_cast<double>(step);
             if (next >= top || next == x) break;
             x = next;
-            akimaCore(xs.data(), ys.data(), n, true, x, out);
+            akimaCore(DoubleCells{xs.data()}, DoubleCells{ys.data()}, n, true, x, out);
             const double gap = std::fabs(0.5 - out[4]);
             if (gap < 0.01) return csng(x);
             if (gap < closestGap) {
@@ -79,16 +89,21 @@ float ComputeScoreMiddle(std::int16_t& att) {
 }
 
 double GeometricPointFromLow(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k, float& c) {
-    const double r = checkedDiv(ladderPower(k, c), ladderPower(j, c));
+    const double r = ladderRatio(j, k, c);
     const double low = a0.toDouble();
-    return checkedResult(low + r * (a1.toDouble() - low));
+    const double high = a1.toDouble();
+    // r = 1 puts the point on the far end: a1 itself, copied, not computed.
+    if (r == 1.0) return high;
+    return checkedResult(low + r * (high - low));
 }
 
 double GeometricPointFromHigh(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k,
                               float& c) {
-    const double r = checkedDiv(ladderPower(k, c), ladderPower(j, c));
+    const double r = ladderRatio(j, k, c);
+    const double low = a0.toDouble();
     const double high = a1.toDouble();
-    return checkedResult(high + r * (a0.toDouble() - high));
+    if (r == 1.0) return low;  // a0 itself
+    return checkedResult(high + r * (low - high));
 }
 
 double GeometricIndexFromLow(Variant& a0, Variant& a1, Variant& a2, std::int16_t& k, float& c) {

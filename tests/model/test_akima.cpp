@@ -69,11 +69,57 @@ TEST(AkimaHandWorked, BothWeightsZeroTakeTheMeanOfTheTwoSlopes) {
     EXPECT_DOUBLE_EQ(c.coef(3), -1.0);
 }
 
-TEST(AkimaHandWorked, EqualScoresDivideByZero) {
+TEST(AkimaHandWorked, ResultsAreClearedFirstAndOnlyComputedCellsBecomeDoubles) {
+    Curve c({0, 1, 2, 3, 4}, {0, 0.1, 0.5, 0.9, 1});
+    const auto singleZeroFrom = [&](int first) {
+        for (int k = first; k <= 4; ++k)
+            if (c.out(k).type() != Variant::Type::Single || c.out(k).toDouble() != 0.0) return false;
+        return true;
+    };
+    I16 no = 0, yes = -1, two = 2, none = 0;
+    double v = 1.5;
+    // Without evaluate the last call's value does not survive in Out(4).
+    c.at(2.5);
+    AkimaInterpolate(c.x, c.y, c.n, no, v, c.out);
+    EXPECT_EQ(c.coef(0), 0.1);  // the interval [1, 2]
+    EXPECT_TRUE(singleZeroFrom(4));
+    // Two points set p0, p1 and the value only.
+    c.at(2.5);
+    AkimaInterpolate(c.x, c.y, two, yes, v, c.out);
+    EXPECT_DOUBLE_EQ(c.coef(4), 0.15);
+    EXPECT_TRUE(c.out(2).type() == Variant::Type::Single && c.out(3).type() == Variant::Type::Single);
+    // No points, or a fault: nothing but the cleared results.
+    c.at(2.5);
+    AkimaInterpolate(c.x, c.y, none, yes, v, c.out);
+    EXPECT_TRUE(singleZeroFrom(0));
+    c.at(2.5);
+    c.x(3) = 2.0;
+    EXPECT_EQ(errorNumber([&] { c.at(2.5); }), RuntimeError::DivisionByZero);
+    EXPECT_TRUE(singleZeroFrom(0));
+}
+
+TEST(AkimaHandWorked, FaultsRaiseTheirNumbersInsteadOfInfinitiesOrNaNs) {
     Curve twoEqual({3, 3}, {0, 1});
     EXPECT_EQ(errorNumber([&] { twoEqual.at(3); }), RuntimeError::DivisionByZero);
     Curve equalInside({0, 1, 1, 2, 3}, {0, 0.2, 0.4, 0.9, 1});
     EXPECT_EQ(errorNumber([&] { equalInside.at(0.5); }), RuntimeError::DivisionByZero);
+    // Slopes beyond the doubles' range overflow.
+    Curve huge({0, 1, 2, 3, 4}, {0, 1e308, -1e308, 1e308, 0});
+    EXPECT_EQ(errorNumber([&] { huge.at(1.5); }), RuntimeError::Overflow);
+    Curve fine({0, 1, 2, 3, 4}, {0, 0.2, 0.4, 0.9, 1});
+    EXPECT_EQ(errorNumber([&] { fine.at(std::nan("")); }), RuntimeError::Overflow);
+    EXPECT_EQ(errorNumber([&] { fine.at(1e300); }), RuntimeError::Overflow);
+    // Cells the routine needs must exist and hold numbers.
+    I16 tooMany = 6, yes = -1;
+    double v = 0.5;
+    EXPECT_EQ(errorNumber([&] { AkimaInterpolate(fine.x, fine.y, tooMany, yes, v, fine.out); }),
+              RuntimeError::SubscriptOutOfRange);
+    VariantArray shortOut(0, 3);
+    I16 n = 5;
+    EXPECT_EQ(errorNumber([&] { AkimaInterpolate(fine.x, fine.y, n, yes, v, shortOut); }),
+              RuntimeError::SubscriptOutOfRange);
+    fine.y(1) = QStringLiteral("n/a");
+    EXPECT_EQ(errorNumber([&] { fine.at(0.5); }), RuntimeError::TypeMismatch);
 }
 
 bool agrees(double ours, double theirs, double scale) {
@@ -103,6 +149,12 @@ TEST(AkimaAgainstGsl, RandomPointSetsOfFiveToElevenPoints) {
         Curve c(xs, ys);
         std::vector<double> probes(xs);
         for (int p = 0; p < 25; ++p) probes.push_back(draw(xs.front(), xs.back()));
+        // A score that starts an interval gives its sample's value exactly.
+        for (std::size_t k = 0; k + 1 < n; ++k) {
+            if (k != 1) {
+                ASSERT_EQ(c.at(xs[k]), ys[k]) << "set " << set << " k " << k;
+            }
+        }
         for (double v : probes) {
             const double theirs = gsl_interp_eval(interp, xs.data(), ys.data(), v, nullptr);
             ASSERT_TRUE(agrees(c.at(v), theirs, scale))

@@ -44,9 +44,11 @@ TEST_F(AlternativeValues, EndsGiveTheFullScaleAndZeroAndBeyondIsCut) {
 
 TEST_F(AlternativeValues, FaultsRaiseTheirErrorNumbers) {
     I16 alt = 0, att = 1;
-    w().SmpSize(1) = Variant();
-    EXPECT_EQ(errorNumber([&] { ComputeAlternativeValue(alt, att, w().MaxVal); }),
-              RuntimeError::SubscriptOutOfRange);
+    for (const Variant& size : {Variant(), Variant(I16(0)), Variant(I16(12))}) {
+        w().SmpSize(1) = size;
+        EXPECT_EQ(errorNumber([&] { ComputeAlternativeValue(alt, att, w().MaxVal); }),
+                  RuntimeError::SubscriptOutOfRange);
+    }
     att = 0;
     w().AltPScore(0, 0) = QStringLiteral("n/a");
     EXPECT_EQ(errorNumber([&] { ComputeAlternativeValue(alt, att, w().MaxVal); }),

@@ -4,6 +4,9 @@
 #include "model/Format.h"
 
 #include <QComboBox>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
 
 namespace kelmar::test {
 namespace {
@@ -34,6 +37,9 @@ TEST(NumberFormats, FormatsRoundHalfAwayFromZeroAndDropUnusedDecimals) {
     EXPECT_EQ(fmt::currencyText(100.0), "100");
     EXPECT_EQ(fmt::currencyText(0.00015), "0.0002");
     EXPECT_EQ(fmt::currencyText(0.00025), "0.0002");
+    EXPECT_EQ(fmt::currencyText(-1234.56785), "-1234.5678");
+    EXPECT_EQ(fmt::currencyText(-0.00004), "0");
+    EXPECT_EQ(errorNumber([] { fmt::currencyText(1e15); }), RuntimeError::Overflow);
 }
 
 TEST(NumberFormats, LeadingNumberOfTheText) {
@@ -73,6 +79,16 @@ TEST_F(ModelTest, AttributeListMarksDoneAttributesAndKeepsTheRow) {
     EXPECT_EQ(list.itemText(1), "Safety");
     EXPECT_EQ(list.itemText(2), QString::fromUtf8(" \u00A4 Comfort"));
     EXPECT_EQ(list.currentIndex(), 2);
+}
+
+TEST(PageSupport, CentreFormOnScreenKeepsTheSize) {
+    QWidget page;
+    page.resize(301, 199);
+    CentreFormOnScreen(page);
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    EXPECT_EQ(page.size(), QSize(301, 199));
+    EXPECT_EQ(page.x(), screen.x() + (screen.width() - 301) / 2);
+    EXPECT_EQ(page.y(), screen.y() + (screen.height() - 199) / 2);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "ModelFixture.h"
 
 #include <tuple>
+#include <vector>
 
 namespace kelmar::test {
 namespace {
@@ -52,6 +53,77 @@ TEST_F(LinearPoints, StepsAndProductsAreSinglesAndTheEndsAreCopied) {
     EXPECT_EQ(w().SmpY(1, 6).toInteger(), 0);
 }
 
+TEST_F(LinearPoints, OnePointDividesByZeroAndTwoAreTheEnds) {
+    I16 att = 0, one = 1, two = 2;
+    EXPECT_EQ(errorNumber([&] { SetLinearSamplePoints(att, one); }), RuntimeError::DivisionByZero);
+    w().ScoreMinimum(0) = 0.1f;  // a Single end stays a Single: copied, not computed
+    SetLinearSamplePoints(att, two);
+    EXPECT_EQ(w().SmpX(0, 0).type(), Variant::Type::Single);
+    EXPECT_EQ(smpX(0, 1), 100.0);
+    EXPECT_EQ(w().SmpY(0, 0).toInteger(), 0);
+    EXPECT_EQ(w().SmpY(0, 1).toInteger(), 1);
+}
+
+// Values of the curve through the points (x, y) at the scores given, by
+// AkimaInterpolate itself.
+std::vector<double> curveAt(const std::vector<double>& x, const std::vector<double>& y,
+                            const std::vector<double>& at) {
+    VariantArray xs(0, static_cast<int>(x.size()) - 1), ys(0, static_cast<int>(y.size()) - 1);
+    VariantArray out(0, 4);
+    for (std::size_t k = 0; k < x.size(); ++k) {
+        xs(static_cast<int>(k)) = x[k];
+        ys(static_cast<int>(k)) = y[k];
+    }
+    I16 n = static_cast<I16>(x.size()), evaluate = -1;
+    std::vector<double> values;
+    for (double v : at) {
+        AkimaInterpolate(xs, ys, n, evaluate, v, out);
+        values.push_back(out(4).toDouble());
+    }
+    return values;
+}
+
+TEST_F(ModelTest, ResampleByScoreReadsTheOldCurveAtEvenScores) {
+    // Attribute 1 is written; the orientation is that of the selected
+    // attribute 0 (cost), so the ends become 1 and 0 whatever the old
+    // points said.
+    w().AttPropertyCopy(0) = I16(1);
+    const std::vector<double> oldX{0, 15, 60, 100}, oldY{0.9, 0.7, 0.2, 0.05};
+    setCurve(1, oldX, oldY, kBisection);
+    I16 att = 1, n = 6, old = 4;
+    ResampleByScore(att, n, old);
+    const std::vector<double> expected = curveAt(oldX, oldY, {20, 40, 60, 80});
+    for (int k = 1; k <= 4; ++k) {
+        EXPECT_EQ(smpX(1, k), 20.0 * k);
+        EXPECT_EQ(smpY(1, k), expected[static_cast<std::size_t>(k - 1)]) << k;
+    }
+    EXPECT_EQ(w().SmpY(1, 0).type(), Variant::Type::Integer);
+    EXPECT_EQ(smpY(1, 0), 1.0);
+    EXPECT_EQ(smpY(1, 5), 0.0);
+    // The middle score follows the new points and is kept as a Single.
+    EXPECT_EQ(w().ScoreMiddle(1).type(), Variant::Type::Single);
+    EXPECT_EQ(w().ScoreMiddle(1).toSingle(), ComputeScoreMiddle(att));
+}
+
+TEST_F(ModelTest, ResampleByValueTakesTheFirstGridScoreWithinOneHundredth) {
+    // On the old line 0 .. 100 the level 0.25 is first within 0.01 at 24,
+    // not at 25 where it is met exactly; a cost line meets 0.75 there too.
+    setCurve(0, {0, 50, 100}, {0, 0.5, 1}, kBisection);
+    I16 att = 0, n = 5, old = 3;
+    ResampleByValue(att, n, old);
+    EXPECT_GE(smpX(0, 1), 24.0);
+    EXPECT_LT(smpX(0, 1), 24.01);
+    EXPECT_EQ(w().SmpX(0, 1).type(), Variant::Type::Double);
+    EXPECT_EQ(w().ScoreMiddle(0).type(), Variant::Type::Single);
+
+    w().AttPropertyCopy(0) = I16(1);
+    setCurve(0, {0, 50, 100}, {1, 0.5, 0}, kBisection);
+    ResampleByValue(att, n, old);
+    EXPECT_EQ(smpY(0, 1), 0.75);
+    EXPECT_GE(smpX(0, 1), 24.0);
+    EXPECT_LT(smpX(0, 1), 24.01);
+}
+
 TEST_F(ModelTest, ResampleByValueFallsBackToHalfTheRangeMeasuredFromZero) {
     // The old curve on 20 .. 120 never rises above 0.6: level 0.75 is not
     // found and its score becomes (120 - 20) / 2 = 50, not the midpoint 70.
@@ -88,6 +160,18 @@ TEST_F(ModelTest, CategoryPointsTakeTheCategoryCountOnlyForANewOrForeignFunction
     EXPECT_EQ(d.SmpSize(0).toInteger(), 7);
     EXPECT_EQ(smpX(0, 6), 100.0);
     EXPECT_EQ(smpY(0, 6), 1.0);
+}
+
+TEST_F(ModelTest, FunctionTypeHeldAsTextIsReadAsItsNumber) {
+    setCurve(0, {0, 13, 40, 70, 100}, {0, 0.37, 0.66, 0.86, 1}, kBisection);
+    w().SelTechnique = kBisection;
+    w().VFunType(0) = QStringLiteral("0");
+    I16 att = 0, n = 5, old = 5;
+    UpdateSamplePoints(att, n, old);
+    EXPECT_EQ(smpX(0, 1), 25.0);  // linear
+    EXPECT_EQ(ComputeScoreMiddle(att), 50.0f);
+    w().VFunType(0) = QStringLiteral("linear");
+    EXPECT_EQ(errorNumber([&] { UpdateSamplePoints(att, n, old); }), RuntimeError::TypeMismatch);
 }
 
 // --- Which layout a technique page gets ---------------------------------------

@@ -36,6 +36,22 @@ TEST_F(MiddleScore, WalkStopsAtTheFirstGridScoreWithinOneHundredth) {
     EXPECT_EQ(ComputeScoreMiddle(att), 418.0f);
 }
 
+TEST_F(MiddleScore, WalkThatMissesOneHalfTakesTheNearestGridScore) {
+    // A host's record whose values stop at 0.4: the last grid score below
+    // the top sample score comes nearest, not the range's middle.
+    I16 att = 0;
+    setCurve(0, {0, 50, 100}, {0, 0.2, 0.4}, kCurveDrawing);
+    const float middle = ComputeScoreMiddle(att);
+    EXPECT_GT(middle, 99.8f);
+    EXPECT_LT(middle, 100.0f);
+    // No grid score at all (a reversed range): the middle of the range.
+    setRange(0, 100.0, 0.0);
+    EXPECT_EQ(ComputeScoreMiddle(att), 50.0f);
+    // A curve without points cannot be walked.
+    w().SmpSize(0) = Variant();
+    EXPECT_EQ(errorNumber([&] { ComputeScoreMiddle(att); }), RuntimeError::SubscriptOutOfRange);
+}
+
 // --- Ladder ------------------------------------------------------------------
 
 TEST(Ladder, PointFromLowAndFromHigh) {
@@ -44,11 +60,34 @@ TEST(Ladder, PointFromLowAndFromHigh) {
     float c = 0.7f;
     EXPECT_EQ(GeometricPointFromLow(a0, a1, j, k, c), 90.0);  // j = k reaches a1
     EXPECT_EQ(GeometricPointFromHigh(a0, a1, j, k, c), 10.0);
+    // The far end exactly, also where a0 + (a1 - a0) would round off it.
+    Variant b0 = 0.2, b1 = 0.9;
+    EXPECT_EQ(GeometricPointFromLow(b0, b1, j, k, c), 0.9);
+    EXPECT_EQ(GeometricPointFromHigh(b0, b1, j, k, c), 0.2);
     j = 2;
     k = 0;
     c = 1.0f;  // r = 2^0 / 2^2
     EXPECT_EQ(GeometricPointFromLow(a0, a1, j, k, c), 30.0);
     EXPECT_EQ(GeometricPointFromHigh(a0, a1, j, k, c), 70.0);
+}
+
+TEST(Ladder, ExponentsAndTheFactorOneOverCAreSingles) {
+    // Each exponent is index x c in single precision: 3 x 0.1f rounds to
+    // a Single that differs from the Double product.
+    Variant a0 = 0.0, a1 = 1.0;
+    I16 j = 0, k = 3;
+    float c = 0.1f;
+    const float exponent = 3.0f * c;
+    ASSERT_NE(static_cast<double>(exponent), 3.0 * static_cast<double>(c));
+    EXPECT_EQ(GeometricPointFromLow(a0, a1, j, k, c), std::pow(2.0, static_cast<double>(exponent)));
+    // 1 / c in single precision, times the Double log2 of R = 2^(2c) * 4.
+    Variant b0 = 0.0, b1 = 8.0, b2 = 6.0;
+    c = 0.3f;
+    const double r = std::pow(2.0, static_cast<double>(2.0f * c)) * 8.0 / 2.0;
+    const float reciprocal = 1.0f / c;
+    ASSERT_NE(static_cast<double>(reciprocal), 1.0 / static_cast<double>(c));
+    EXPECT_EQ(GeometricIndexFromLow(b0, b1, b2, k, c),
+              static_cast<double>(reciprocal) * (std::log(r) / std::log(2.0)));
 }
 
 TEST(Ladder, IndexFunctionsInvertTheSpacingAndNeverGoNegative) {
