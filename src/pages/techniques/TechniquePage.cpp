@@ -2,6 +2,7 @@
 
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
+#include "model/Arith.h"
 #include "pages/common/Ui.h"
 
 #include <kelmar/mdKelMain.h>
@@ -577,7 +578,7 @@ void TechniquePage::ShowRiskAttitude(std::int16_t att) {
     };
 
     w.ScoreMiddle(att) = Variant(ComputeScoreMiddle(att));
-    if (w.VFunType(att) == Variant(std::int16_t(0))) {
+    if (isLinearType(w.VFunType(att))) {
         highlight(1);
         return;
     }
