@@ -315,15 +315,12 @@ void DrawSurface::replay(QPainter& painter, QSizeF size) const {
         case DrawPrimitive::Kind::Line: {
             QPointF a = px(p.p1);
             QPointF b = px(p.p2);
-            if (a.x() == b.x()) {
-                a.setX(snapStroke(a.x(), width, dpr));
-                b.setX(a.x());
-            }
-            if (a.y() == b.y()) {
-                a.setY(snapStroke(a.y(), width, dpr));
-                b.setY(a.y());
-            }
             const bool straight = a.x() == b.x() || a.y() == b.y();
+            if (straight) {
+                // Across the stroke and at its square-capped ends alike.
+                a = QPointF(snapStroke(a.x(), width, dpr), snapStroke(a.y(), width, dpr));
+                b = QPointF(snapStroke(b.x(), width, dpr), snapStroke(b.y(), width, dpr));
+            }
             pen.setCapStyle(straight ? Qt::SquareCap : Qt::RoundCap);
             pen.setJoinStyle(Qt::RoundJoin);
             painter.setPen(pen);

@@ -51,16 +51,24 @@ QString scoreLabel(double score) {
 }
 
 // Every how many score ticks a label is printed: the smallest step that
-// divides the tick count and keeps the widest label clear of its
-// neighbours. Both ends are always labelled.
+// divides the tick count, keeps the widest label clear of its neighbours and
+// gives neighbouring labels different texts (on a narrow range the rounding
+// to three decimals would repeat them). Both ends are always labelled.
 int scoreLabelStep(DrawSurface& pic, int count, double scoreMin, double scoreMax) {
     if (count <= 0) return 1;
+    std::vector<QString> labels;
     double widest = 0;
-    for (int i = 0; i <= count; ++i)
-        widest = std::max(widest, pic.textWidth(scoreLabel(tickScore(i, count, scoreMin, scoreMax))));
+    for (int i = 0; i <= count; ++i) {
+        labels.push_back(scoreLabel(tickScore(i, count, scoreMin, scoreMax)));
+        widest = std::max(widest, pic.textWidth(labels.back()));
+    }
     for (int step = 1; step < count; ++step) {
         if (count % step != 0) continue;
-        if (widest + kScoreLabelSpacing <= step * 100.0 / count) return step;
+        if (widest + kScoreLabelSpacing > step * 100.0 / count) continue;
+        bool distinct = true;
+        for (int i = step; i <= count && distinct; i += step)
+            distinct = labels[static_cast<std::size_t>(i)] != labels[static_cast<std::size_t>(i - step)];
+        if (distinct) return step;
     }
     return count;
 }
@@ -84,6 +92,19 @@ QString fitTitle(DrawSurface& pic, const QString& title) {
     QString cut = title;
     while (cut.size() > 1 && pic.textWidth(cut + ellipsis) > 100) cut.chop(1);
     return cut.trimmed() + ellipsis;
+}
+
+// The value labels' font: the label size, made smaller in half points (down
+// to the title's smallest size) until the widest label fits in the margin
+// left of the value axis, one unit clear of the picture's edge.
+void fitValueLabels(DrawSurface& pic, const std::vector<QString>& labels) {
+    const double room = -kScaleLeft - kValueLabelGap - 1;
+    for (double pt = kLabelPoint; pt >= kTitleMinPoint; pt -= 0.5) {
+        pic.setFontPointSize(pt);
+        double widest = 0;
+        for (const QString& label : labels) widest = std::max(widest, pic.textWidth(label));
+        if (widest <= room) return;
+    }
 }
 
 }  // namespace
@@ -120,20 +141,13 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
         table[1][static_cast<std::size_t>(k)] = static_cast<float>(v);
     }
 
-    // Labels 0 .. maxVal in quarters, index i at the height i/4 of the box:
-    // "0.00" .. "1.00" on the unit scale, whole numbers ("0", "25", ...,
-    // "100") once the scale reaches 10, with decimals only where a quarter
-    // needs them ("2.5" on a scale of 10).
+    // Labels 0 .. maxVal in quarters, index i at the height i/4 of the box,
+    // all formatted "0.00" ("0.00" .. "1.00", or "0.00" .. "100.00").
     std::int16_t valueTicks = 4;
     std::vector<QString> labels;
     for (int i = 0; i <= valueTicks; ++i) {
         const float v = static_cast<float>(maxVal) * static_cast<float>(i) / valueTicks;
-        if (maxVal >= 10) {
-            QString s = fmt::formatNumber(v, QStringLiteral("0.##"));
-            labels.push_back(TrimTrailingPoint(s));
-        } else {
-            labels.push_back(fmt::formatNumber(v, QStringLiteral("0.00")));
-        }
+        labels.push_back(fmt::formatNumber(v, QStringLiteral("0.00")));
     }
     DrawVFAxes(pic, title, valueTicks, labels, pointCount, scoreMin, scoreMax);
     double divisor = 1.0;
@@ -170,6 +184,7 @@ void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
         pic.print(label);
     }
 
+    fitValueLabels(pic, valueLabels);
     for (int i = 0; i <= valueTicks; ++i) {
         const double y = 100.0 * i / valueTicks;
         pic.line(0, y, 100, y, ole::ButtonFace);

@@ -58,6 +58,37 @@ TEST(DrawSurfaceReplay, RedrawsTheRecordAtEverySize) {
     }
 }
 
+TEST(DrawSurfaceReplay, StraightStrokesCoverWholeDevicePixels) {
+    DrawSurface pic;
+    pic.setDesignSize({200, 100});
+    pic.setScale(0, 100, 100, 0);
+    pic.setBackColor(ole::White);
+    pic.line(5, 50.3, 95, 50.3, ole::Black);  // off the pixel grid at every size
+    pic.line(33.3, 5, 33.3, 95, ole::Black);
+    pic.setDrawWidth(2);
+    pic.box(60.2, 80.7, 90.6, 20.1, ole::Black);
+    for (QSize size : {QSize(200, 100), QSize(333, 157)}) {
+        for (qreal dpr : {1.0, 2.0}) {
+            SCOPED_TRACE(testing::Message() << size.width() << " @" << dpr);
+            const QImage image = pic.toImage(size, dpr);
+            // Any pixel of a stroke is fully black; nothing is half-covered.
+            int black = 0, grey = 0;
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    const QRgb c = image.pixel(x, y);
+                    if (c == qRgb(0, 0, 0)) {
+                        ++black;
+                    } else if (c != qRgb(255, 255, 255)) {
+                        ++grey;
+                    }
+                }
+            }
+            EXPECT_GT(black, 0);
+            EXPECT_EQ(grey, 0);
+        }
+    }
+}
+
 TEST(DrawSurfaceColour, ConvertsBlueGreenRedAndSystemColours) {
     EXPECT_EQ(toQColor(0x00FF8040), QColor(0x40, 0x80, 0xFF));
     EXPECT_EQ(toQColor(qbColor(9)), QColor(0, 0, 255));  // bright blue

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace kelmar {
@@ -33,7 +34,8 @@ protected:
 
     // Draws attribute att's chart from its points; the range is their
     // first and last score.
-    void draw(I16 att, const std::vector<double>& xs, const std::vector<double>& ys) {
+    void draw(I16 att, const std::vector<double>& xs, const std::vector<double>& ys,
+              I16 maxVal = 1) {
         WizardData& w = wizardData();
         w.SmpSize(att) = static_cast<I16>(xs.size());
         w.ScoreMinimum(att) = xs.front();
@@ -42,7 +44,6 @@ protected:
             w.SmpX(att, static_cast<int>(k)) = xs[k];
             w.SmpY(att, static_cast<int>(k)) = ys[k];
         }
-        I16 maxVal = 1;
         DrawVFChart(pic, att, maxVal);
     }
 
@@ -115,6 +116,60 @@ TEST_F(ValueFunctionChart, ClipsAnOvershootingCurveToTheBox) {
     EXPECT_GT(above, 0) << "the test curve must overshoot";
 }
 
+TEST_F(ValueFunctionChart, ValueAxisGridAndTheClosingBox) {
+    const struct { I16 maxVal; std::vector<QString> labels; } cases[] = {
+        {1, {"0.00", "0.25", "0.50", "0.75", "1.00"}},
+        {100, {"0.00", "25.00", "50.00", "75.00", "100.00"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.maxVal);
+        draw(0, {0, 10}, {0, 1}, c.maxVal);
+        // The labels left of the value axis, from the bottom up, inside the
+        // picture; the caption above them.
+        std::vector<QString> labels;
+        for (const DrawPrimitive& p : texts()) {
+            if (p.p1.x() >= 0 || p.p1.y() <= 0) continue;
+            labels.push_back(p.text);
+            EXPECT_GE(p.p1.x(), pic.scaleLeft()) << p.text.toStdString();
+            EXPECT_LE(p.p1.x() + pic.textWidth(p.text), 0.0) << p.text.toStdString();
+        }
+        ASSERT_FALSE(labels.empty());
+        EXPECT_EQ(labels.back(), QStringLiteral("V(s)"));
+        labels.pop_back();
+        EXPECT_EQ(labels, c.labels);
+
+        // A grid line at every score tick and every value tick, and the box
+        // drawn in black over it.
+        const std::vector<DrawPrimitive>& all = pic.primitives();
+        int vertical = 0, horizontal = 0;
+        std::size_t lastGrid = 0;
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            const DrawPrimitive& p = all[i];
+            if (p.kind != Kind::Line || p.color != ole::ButtonFace) continue;
+            lastGrid = i;
+            if (p.p1.x() == p.p2.x()) ++vertical;
+            if (p.p1.y() == p.p2.y()) ++horizontal;
+        }
+        EXPECT_EQ(vertical, 33);
+        EXPECT_EQ(horizontal, 5);
+        std::vector<std::pair<QPointF, QPointF>> edges;
+        for (std::size_t i = lastGrid + 1; i < all.size(); ++i) {
+            const DrawPrimitive& p = all[i];
+            if (p.kind == Kind::Line && p.width == 1 && p.color == ole::Black)
+                edges.emplace_back(p.p1, p.p2);
+        }
+        const auto has = [&edges](QPointF a, QPointF b) {
+            return std::any_of(edges.begin(), edges.end(), [&](const auto& e) {
+                return (e.first == a && e.second == b) || (e.first == b && e.second == a);
+            });
+        };
+        EXPECT_TRUE(has({0, 0}, {0, 100}));
+        EXPECT_TRUE(has({0, 0}, {100, 0}));
+        EXPECT_TRUE(has({100, 0}, {100, 100}));
+        EXPECT_TRUE(has({0, 100}, {100, 100}));
+    }
+}
+
 TEST_F(ValueFunctionChart, TitleShowsTheTrimmedName) {
     wizardData().AttName(0) = QStringLiteral("   Annual cost  ");
     draw(0, {0, 50, 100}, {0, 0.5, 1});
@@ -124,16 +179,31 @@ TEST_F(ValueFunctionChart, TitleShowsTheTrimmedName) {
     EXPECT_TRUE(t.front().bold);
 }
 
-TEST_F(ValueFunctionChart, ScoreLabelsAreWholeWhereTheTickIsWhole) {
-    draw(0, {0, 3200}, {0, 1});
-    std::vector<QString> labels;  // those hanging below the score axis
-    for (const DrawPrimitive& p : texts())
-        if (p.p1.y() < 0) labels.push_back(p.text);
-    ASSERT_GE(labels.size(), 3u);
-    EXPECT_EQ(labels.front(), QStringLiteral("0"));
-    EXPECT_EQ(labels.back(), QStringLiteral("3,200"));
-    EXPECT_NE(std::find(labels.begin(), labels.end(), QStringLiteral("1,600")), labels.end());
-    for (const QString& s : labels) EXPECT_FALSE(s.endsWith(QLatin1Char('.'))) << s.toStdString();
+TEST_F(ValueFunctionChart, ScoreLabelsAreTrimmedAndNeverRepeat) {
+    const struct { double low, high; const char* first; const char* last; const char* inner; } cases[] = {
+        {0, 3200, "0", "3,200", "1,600"},  // whole ticks lose the point
+        {0.001, 0.004, "0.001", "0.004", nullptr},  // three decimals would repeat
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.last);
+        draw(0, {c.low, c.high}, {0, 1});
+        std::vector<QString> labels;  // those hanging below the score axis
+        for (const DrawPrimitive& p : texts())
+            if (p.p1.y() < 0) labels.push_back(p.text);
+        ASSERT_GE(labels.size(), 2u);
+        EXPECT_EQ(labels.front(), QString::fromLatin1(c.first));
+        EXPECT_EQ(labels.back(), QString::fromLatin1(c.last));
+        if (c.inner != nullptr) {
+            EXPECT_NE(std::find(labels.begin(), labels.end(), QString::fromLatin1(c.inner)),
+                      labels.end());
+        }
+        for (std::size_t i = 0; i < labels.size(); ++i) {
+            EXPECT_FALSE(labels[i].endsWith(QLatin1Char('.'))) << labels[i].toStdString();
+            if (i > 0) {
+                EXPECT_NE(labels[i], labels[i - 1]);
+            }
+        }
+    }
 }
 
 }  // namespace

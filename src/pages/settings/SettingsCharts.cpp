@@ -75,6 +75,16 @@ ScoreAxis axisFor(double a, double b, double c, double d) {
     return axis;
 }
 
+// The text as it stands if it fits in width user units, otherwise cut short
+// with an ellipsis.
+QString fitWidth(DrawSurface& pic, const QString& text, double width) {
+    if (pic.textWidth(text) <= width) return text;
+    const QString ellipsis(QChar(0x2026));
+    QString cut = text;
+    while (cut.size() > 1 && pic.textWidth(cut + ellipsis) > width) cut.chop(1);
+    return cut.trimmed() + ellipsis;
+}
+
 QString rangeText(double low, double high) {
     return fmt::formatScore(low) + QStringLiteral(" to ") + fmt::formatScore(high);
 }
@@ -92,11 +102,11 @@ void drawScope(DrawSurface& pic, std::int16_t att, double hostMin, double hostMa
 
     QString name;
     if (w.AttName.isAllocated() && att >= w.AttName.lbound() && att <= w.AttName.ubound())
-        name = w.AttName(att).toString();
+        name = w.AttName(att).toString().trimmed();
     pic.setFontPointSize(9);
     pic.setFontBold(true);
     pic.setForeColor(kInk);
-    printAt(pic, 3, 2, name);
+    printAt(pic, 3, 2, fitWidth(pic, name, 94));
     pic.setFontBold(false);
     pic.setFontPointSize(8);
 

@@ -1,6 +1,7 @@
 #include "pages/settings/TechniqueImages.h"
 
 #include "charts/DrawSurface.h"
+#include "charts/mdVFGraphs.h"
 
 #include <QPointF>
 #include <QVector>
@@ -127,17 +128,18 @@ void curveDrawing(DrawSurface& pic) {
 void categoryIdentification(DrawSurface& pic) {
     const char* names[] = {"excellent", "good", "fair", "poor", "very poor"};
     const char* scores[] = {"95", "80", "60", "35", "0"};
-    const double left = 34, right = 66;
-    pic.line(left, 20, left, 84, kInk);
-    pic.line(right, 20, right, 84, kInk);
+    const double left = 30, right = 62;
+    // The ladder of levels, best on top, each with the score it fits.
+    pic.line(left, 22, left, 82, kMuted);
+    pic.line(right, 22, right, 82, kMuted);
     for (int i = 0; i < 5; ++i) {
-        const double y = 24 + i * 14;
+        const double y = 22 + i * 13;
         pic.filledBox(left, y, right, y + 8, i % 2 == 0 ? kAccentLight : kLight, kMuted);
-        centred(pic, 50, y + 0.8, QString::fromLatin1(names[i]));
-        text(pic, right + 4, y + 0.8, QString::fromLatin1(scores[i]), kMark);
+        centred(pic, (left + right) / 2.0, y + 0.8, QString::fromLatin1(names[i]));
+        text(pic, right + 5, y + 0.8, QString::fromLatin1(scores[i]), kMark);
     }
-    text(pic, 3, 24, QStringLiteral("value"), kMuted);
-    text(pic, right + 4, 16, QStringLiteral("score"), kMuted);
+    centred(pic, (left + right) / 2.0, 14, QStringLiteral("level"), kMuted);
+    text(pic, right + 5, 14, QStringLiteral("score"), kMuted);
     text(pic, 6, 90, QStringLiteral("Give the score of each level."), kMuted);
 }
 
@@ -246,6 +248,9 @@ void TechniqueImageList::draw(int index, DrawSurface& pic) const {
     pic.setBackColor(kPaper);
     pic.setScale(0, 0, 100, 100);
     pic.setDrawWidth(1);
+    // The picture lies on a sunken panel, like the charts of the pages.
+    DrawPanel(pic, 0, 0, 100, 100, 2);
+    pic.filledBox(1.2, 1.2, 98.8, 98.8, kPaper);
     pic.setFontPointSize(8.5);
     pic.setFontBold(true);
     centred(pic, 50, 4, question(index));

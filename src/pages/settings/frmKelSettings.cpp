@@ -126,15 +126,15 @@ void frmKelSettings::buildPanelRanges(QFrame* panel) {
 
     auto* frame = new QGroupBox(QStringLiteral("End points"), panel);
     frame->setObjectName(QStringLiteral("frameEndPoints"));
-    frame->setGeometry(8, 176, 186, 116);
-    makeLabel(frame, "Label1_1", QStringLiteral("Min score:"), QRect(12, 34, 76, 26));
+    frame->setGeometry(8, 176, 190, 116);
+    makeLabel(frame, "Label1_1", QStringLiteral("Min score:"), QRect(10, 34, 72, 26));
     txtMinScore = new QLineEdit(frame);
     txtMinScore->setObjectName(QStringLiteral("txtMinScore"));
-    txtMinScore->setGeometry(90, 34, 84, 26);
-    makeLabel(frame, "Label1_2", QStringLiteral("Max score:"), QRect(12, 74, 76, 26));
+    txtMinScore->setGeometry(82, 34, 98, 26);
+    makeLabel(frame, "Label1_2", QStringLiteral("Max score:"), QRect(10, 74, 72, 26));
     txtMaxScore = new QLineEdit(frame);
     txtMaxScore->setObjectName(QStringLiteral("txtMaxScore"));
-    txtMaxScore->setGeometry(90, 74, 84, 26);
+    txtMaxScore->setGeometry(82, 74, 98, 26);
     for (QLineEdit* box : {txtMinScore, txtMaxScore}) {
         box->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         box->installEventFilter(this);
@@ -294,6 +294,16 @@ void frmKelSettings::buildButtons() {
 
 void frmKelSettings::showPanel(int index) {
     for (int i = 0; i < 3; ++i) picPanel[static_cast<std::size_t>(i)]->setVisible(i == index);
+    // The keyboard goes on with the panel's first control (on the technique
+    // panel the selected option), not with a button or a hidden box.
+    QWidget* first = cmbSelAtt;
+    if (index == 1) first = cmbMaxVal;
+    if (index == 2) {
+        first = tsTechniques;
+        for (QRadioButton* option : optTechnique)
+            if (option->isChecked() && option->isVisibleTo(picPanel[2])) first = option;
+    }
+    first->setFocus(Qt::OtherFocusReason);
 }
 
 // --- Loading ---------------------------------------------------------------
@@ -316,6 +326,11 @@ void frmKelSettings::onLoad() {
     w.ScoreMinimum = w.InScoreMinimum;
     w.ScoreMaximum = w.InScoreMaximum;
     w.ScoreMiddle = w.InScoreMiddle;
+    // A session starts from the host's functions: the parameters and types
+    // left by an earlier session are let go, so that the settings step makes
+    // them anew from the host's (it keeps arrays that are already in shape).
+    for (VariantArray* a : {&w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD, &w.VFunType})
+        *a = VariantArray();
 
     Filling = true;
     cmbSelAtt->clear();
@@ -569,11 +584,19 @@ void frmKelSettings::cmdNext_Click() {
 
 void frmKelSettings::cmdBack_Click() {
     switch (CurrentPanel) {
-    case 1:
+    case 1: {
         setWindowTitle(kCaptionRanges);
         CurrentPanel = 0;
         showPanel(0);
+        // The attribute may have changed since this panel was left (Next on
+        // the value panel starts again from the first one, a technique page
+        // works on the one chosen there). Next stores the boxes into SelAtt,
+        // so the list, the chart and the boxes must show that attribute.
+        const std::int16_t att = wizardData().SelAtt;
+        if (att >= 0 && att < cmbSelAtt->count() && att != cmbSelAtt->currentIndex())
+            cmbSelAtt->setCurrentIndex(att);
         break;
+    }
     case 2:
         setWindowTitle(kCaptionValueRange);
         CurrentPanel = 1;

@@ -119,6 +119,39 @@ TEST_F(PageFlow, NextOnTheTechniquePanelHandsOverToTheTechniquePage) {
     EXPECT_EQ(sink.showTop, page->pageTop());
 }
 
+TEST_F(PageFlow, BackToTheRangesShowsTheAttributeNextStoresAndKeepsBuiltFunctions) {
+    WizardData& w = wizardData();
+    chooseAttribute(2);
+    minBox()->setText("-2.5");
+    pressEnter(minBox());
+    click("cmdNext");
+    click("cmdNext");  // the technique pages start from the first attribute
+    // A technique page builds a curve for the first attribute and goes on
+    // with the second one.
+    const double curve[5] = {0, 0.45, 0.7, 0.9, 1};
+    for (int k = 0; k < 5; ++k) w.SmpY(0, k) = curve[k];
+    w.VFunType(0) = std::int16_t(1);
+    w.VFunParA(0) = QStringLiteral("0.123456");
+    w.SelAtt = 1;
+
+    click("cmdBack");
+    click("cmdBack");
+    EXPECT_EQ(child<QComboBox>("cmbSelAtt")->currentIndex(), 1);
+    EXPECT_EQ(minBox()->text(), "0");
+    EXPECT_EQ(maxBox()->text(), "5");
+    EXPECT_TRUE(drawnTexts(*child<DrawSurface>("picScopeChart")).contains("Comfort"));
+
+    click("cmdNext");
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_EQ(w.ScoreMinimum(1).toDouble(), 0.0);
+    EXPECT_EQ(w.ScoreMaximum(1).toDouble(), 5.0);
+    EXPECT_EQ(w.ScoreMinimum(2).toDouble(), -2.5);
+    EXPECT_EQ(w.ScoreMaximum(2).toDouble(), 7.5);
+    EXPECT_EQ(w.VFunType(0).toDouble(), 1.0);
+    EXPECT_EQ(w.VFunParA(0).toString(), "0.123456");
+    for (int k = 0; k < 5; ++k) EXPECT_EQ(w.SmpY(0, k).toDouble(), curve[k]) << k;
+}
+
 TEST_F(PageFlow, FinishExportsEveryValueThenUnloads) {
     click("cmdNext");
     sink.events.clear();

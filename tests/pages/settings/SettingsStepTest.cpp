@@ -41,6 +41,25 @@ TEST_F(SettingsStep, NewArraysStartFromTheHostsAndABuiltFunctionSurvives) {
     EXPECT_EQ(w.SmpY(1, 1).toDouble(), 0.45);
 }
 
+TEST_F(SettingsStep, ANewSessionStartsFromTheHostsFunctions) {
+    WizardData& w = wizardData();
+    click("cmdNext");
+    w.VFunType(0) = std::int16_t(1);  // built in this session
+    w.VFunParA(0) = QStringLiteral("0.5");
+    page->close();
+
+    // The host passes its functions again and opens the wizard anew.
+    w.InVFunType(0) = std::int16_t(0);
+    w.InVFunParA.redim(0, 2);
+    w.InVFunParA(0) = QStringLiteral("0.25");
+    page = std::make_unique<frmKelSettings>();
+    page->setEventSink(&sink);
+    page->load();
+    click("cmdNext");
+    EXPECT_EQ(w.VFunType(0).toDouble(), 0.0);
+    EXPECT_EQ(w.VFunParA(0).toString(), "0.25");
+}
+
 TEST_F(SettingsStep, SamplePointsKeepToAChangedRange) {
     WizardData& w = wizardData();
     PrepareWorkingArrays();
