@@ -63,6 +63,24 @@ private:
     std::int16_t saved_;
 };
 
+// An attribute for which the host has no usable function (no sample size, or
+// one that the sample arrays cannot hold) starts as a straight line of five
+// points on its range, so that a technique page has marks to show and Finish
+// has a function to value the alternatives with.
+void startLinear(WizardData& w, std::int16_t att) {
+    constexpr std::int16_t kStartSize = 5;
+    if (!holds(w.SmpX, att, kStartSize - 1) || !holds(w.SmpY, att, kStartSize - 1)) return;
+    if (!holds(w.VFunType, att)) return;
+    w.SmpSize(att) = Variant(kStartSize);
+    w.VFunType(att) = Variant(std::int16_t(0));
+    std::int16_t a = att, points = kStartSize;
+    {
+        CurrentAttribute current(w, att);
+        SetLinearSamplePoints(a, points);
+    }
+    if (holds(w.ScoreMiddle, att)) w.ScoreMiddle(att) = ComputeScoreMiddle(a);
+}
+
 // Keeps the first sample point on ScoreMinimum and the last on ScoreMaximum
 // after the analyst changed the range. A linear function is laid out again
 // on the new range; a curve keeps its interior points where the analyst put
@@ -73,13 +91,16 @@ void fitSamplePoints(WizardData& w, std::int16_t att) {
     if (!holds(w.SmpSize, att) || !holds(w.ScoreMinimum, att) || !holds(w.ScoreMaximum, att))
         return;
     double size = 0, low = 0, high = 0;
-    if (!readNumber(w.SmpSize(att), size) || !readNumber(w.ScoreMinimum(att), low) ||
-        !readNumber(w.ScoreMaximum(att), high))
-        return;
-    if (size < 2 || size > 11 || size != static_cast<double>(static_cast<int>(size))) return;
+    if (!readNumber(w.ScoreMinimum(att), low) || !readNumber(w.ScoreMaximum(att), high)) return;
+    if (!readNumber(w.SmpSize(att), size)) size = 0;
     if (!(low < high)) return;
+    if (size < 2 || size > 11 || size != static_cast<double>(static_cast<int>(size)) ||
+        !holds(w.SmpX, att, static_cast<int>(size) - 1) ||
+        !holds(w.SmpY, att, static_cast<int>(size) - 1)) {
+        startLinear(w, att);
+        return;
+    }
     const int n = static_cast<int>(size);
-    if (!holds(w.SmpX, att, n - 1) || !holds(w.SmpY, att, n - 1)) return;
 
     std::vector<double> xs(static_cast<std::size_t>(n));
     for (int k = 0; k < n; ++k) {
@@ -89,7 +110,7 @@ void fitSamplePoints(WizardData& w, std::int16_t att) {
     const double lastX = xs.back();
     if (first == low && lastX == high) return;
 
-    const bool linear = !holds(w.VFunType, att) || w.VFunType(att) == Variant(std::int16_t(0));
+    const bool linear = !holds(w.VFunType, att) || isLinearType(w.VFunType(att));
     std::int16_t a = att;
     if (linear) {
         CurrentAttribute current(w, att);

@@ -87,5 +87,31 @@ TEST_F(SettingsStep, SamplePointsKeepToAChangedRange) {
     for (int k = 0; k < 5; ++k) EXPECT_NEAR(w.SmpX(1, k).toDouble(), stretched[k], 1e-9) << k;
 }
 
+// A host without a function for an attribute (no sample size, or a size the
+// sample arrays cannot hold) gets a straight line of five points on the
+// attribute's range, in its orientation.
+TEST_F(SettingsStep, AttributesWithoutAHostFunctionStartLinear) {
+    WizardData& w = wizardData();
+    w.SmpSize(0) = Variant();
+    w.SmpSize(2) = std::int16_t(0);
+    w.InVFunType(2) = std::int16_t(1);  // a type without points is no function
+    w.SmpSize(1) = std::int16_t(12);
+    PrepareWorkingArrays();
+    for (int att = 0; att < 3; ++att) {
+        EXPECT_EQ(w.SmpSize(att).toInteger(), 5) << att;
+        EXPECT_EQ(w.VFunType(att).toDouble(), 0.0) << att;
+    }
+    const double lows[3] = {10, 0, 2.5}, highs[3] = {50, 5, 7.5};
+    for (int att = 0; att < 3; ++att) {
+        for (int k = 0; k < 5; ++k) {
+            EXPECT_NEAR(w.SmpX(att, k).toDouble(), lows[att] + (highs[att] - lows[att]) * k / 4,
+                        1e-5);
+            EXPECT_NEAR(w.SmpY(att, k).toDouble(), att == 2 ? 1 - k / 4.0 : k / 4.0, 1e-7);
+        }
+        EXPECT_NEAR(w.ScoreMiddle(att).toDouble(), (lows[att] + highs[att]) / 2, 1e-5) << att;
+    }
+    EXPECT_EQ(w.SelAtt, 0);
+}
+
 }  // namespace
 }  // namespace kelmar::test
