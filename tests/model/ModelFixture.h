@@ -1,5 +1,6 @@
 // A fresh wizard data set for each test: a few attributes with scores
-// 0 .. 100 (benefit-oriented), a few alternatives, room for eleven points.
+// 0 .. 100 (benefit-oriented), a few alternatives, room for eleven points;
+// and a curve through given points, evaluated by AkimaInterpolate.
 #pragma once
 
 #include <kelmar/mdKelMain.h>
@@ -23,6 +24,28 @@ inline int errorNumber(const std::function<void()>& f) {
     }
     return 0;
 }
+
+struct Curve {
+    VariantArray x, y, out{0, 4};
+    I16 n = 0;
+
+    Curve(const std::vector<double>& xs, const std::vector<double>& ys)
+        : x(0, static_cast<int>(xs.size()) - 1), y(0, static_cast<int>(ys.size()) - 1),
+          n(static_cast<I16>(xs.size())) {
+        for (std::size_t k = 0; k < xs.size(); ++k) {
+            x(static_cast<int>(k)) = xs[k];
+            y(static_cast<int>(k)) = ys[k];
+        }
+    }
+
+    // The value at v; out then holds the cubic's coefficients as well.
+    double at(double v) {
+        I16 evaluate = -1;
+        AkimaInterpolate(x, y, n, evaluate, v, out);
+        return out(4).toDouble();
+    }
+    double coef(int k) const { return out(k).toDouble(); }
+};
 
 class ModelTest : public ::testing::Test {
 protected:

@@ -1,86 +1,47 @@
-// Laying sample points out: linear points, resampling by value, and the
-// choice among the layouts a technique page gets.
+// Laying sample points out: linear points, resampling by score and by value,
+// and the choice among the layouts a technique page gets.
 #include "ModelFixture.h"
 
-#include <tuple>
 #include <vector>
 
 namespace kelmar::test {
 namespace {
 
-using LinearPoints = ModelTest;
-
-TEST_F(LinearPoints, BenefitAndCostOnAnEvenRange) {
-    I16 att = 0, n = 5;
-    SetLinearSamplePoints(att, n);
-    const double values[] = {0, 0.25, 0.5, 0.75, 1};
-    for (int k = 0; k < 5; ++k) {
-        EXPECT_EQ(smpX(0, k), 25.0 * k);
-        EXPECT_EQ(smpY(0, k), values[k]);
-    }
-    w().AttPropertyCopy(0) = I16(1);
-    SetLinearSamplePoints(att, n);
-    for (int k = 0; k < 5; ++k) EXPECT_EQ(smpY(0, k), values[4 - k]);
-}
-
-TEST_F(LinearPoints, StepsAndProductsAreSinglesAndTheEndsAreCopied) {
+TEST_F(ModelTest, LinearStepsAndProductsAreSinglesAndTheEndsAreCopied) {
     // 10 / 6 does not divide evenly: every interior score is the Single
     // product k * step added to the Double minimum.
     setRange(1, 0.3, 10.3);
     I16 att = 1, n = 7;
-    SetLinearSamplePoints(att, n);
     const float step = static_cast<float>((10.3 - 0.3) / 6.0);
     const float vstep = static_cast<float>(1.0 / 6.0);
-    bool differsFromDouble = false;
-    for (int k = 1; k <= 5; ++k) {
-        const double expected = 0.3 + static_cast<double>(static_cast<float>(k) * step);
-        EXPECT_EQ(smpX(1, k), expected) << k;
-        differsFromDouble = differsFromDouble || expected != 0.3 + k * (10.0 / 6.0);
-        EXPECT_EQ(w().SmpY(1, k).type(), Variant::Type::Single);
-        EXPECT_EQ(w().SmpY(1, k).toSingle(), static_cast<float>(k) * vstep);
+    // Benefit, then cost (read at the selected attribute): (N - 1 - k) * vstep.
+    for (int cost : {0, 1}) {
+        w().AttPropertyCopy(0) = I16(cost);
+        SetLinearSamplePoints(att, n);
+        bool differsFromDouble = false;
+        for (int k = 1; k <= 5; ++k) {
+            const double expected = 0.3 + static_cast<double>(static_cast<float>(k) * step);
+            EXPECT_EQ(smpX(1, k), expected) << k;
+            differsFromDouble = differsFromDouble || expected != 0.3 + k * (10.0 / 6.0);
+            EXPECT_EQ(w().SmpY(1, k).type(), Variant::Type::Single);
+            EXPECT_EQ(w().SmpY(1, k).toSingle(), static_cast<float>(cost ? 6 - k : k) * vstep);
+        }
+        EXPECT_TRUE(differsFromDouble);
+        EXPECT_EQ(smpX(1, 0), 0.3);
+        EXPECT_EQ(smpX(1, 6), 10.3);
+        EXPECT_EQ(w().SmpY(1, 0).type(), Variant::Type::Integer) << "end values are Integers";
+        EXPECT_EQ(w().SmpY(1, 0).toInteger(), cost);
+        EXPECT_EQ(w().SmpY(1, 6).toInteger(), 1 - cost);
     }
-    EXPECT_TRUE(differsFromDouble);
-    EXPECT_EQ(smpX(1, 0), 0.3);
-    EXPECT_EQ(smpX(1, 6), 10.3);
-    EXPECT_EQ(w().SmpY(1, 0).type(), Variant::Type::Integer);
-    EXPECT_EQ(w().SmpY(1, 6).type(), Variant::Type::Integer);
-    // Cost (read at the selected attribute): (N - 1 - k) * vstep.
-    w().AttPropertyCopy(0) = 1.0;
-    SetLinearSamplePoints(att, n);
-    for (int k = 1; k <= 5; ++k)
-        EXPECT_EQ(w().SmpY(1, k).toSingle(), static_cast<float>(6 - k) * vstep);
-    EXPECT_EQ(w().SmpY(1, 0).toInteger(), 1);
-    EXPECT_EQ(w().SmpY(1, 6).toInteger(), 0);
 }
 
-TEST_F(LinearPoints, OnePointDividesByZeroAndTwoAreTheEnds) {
+TEST_F(ModelTest, LinearOnePointDividesByZeroAndTwoAreTheEnds) {
     I16 att = 0, one = 1, two = 2;
     EXPECT_EQ(errorNumber([&] { SetLinearSamplePoints(att, one); }), RuntimeError::DivisionByZero);
     w().ScoreMinimum(0) = 0.1f;  // a Single end stays a Single: copied, not computed
     SetLinearSamplePoints(att, two);
     EXPECT_EQ(w().SmpX(0, 0).type(), Variant::Type::Single);
     EXPECT_EQ(smpX(0, 1), 100.0);
-    EXPECT_EQ(w().SmpY(0, 0).toInteger(), 0);
-    EXPECT_EQ(w().SmpY(0, 1).toInteger(), 1);
-}
-
-// Values of the curve through the points (x, y) at the scores given, by
-// AkimaInterpolate itself.
-std::vector<double> curveAt(const std::vector<double>& x, const std::vector<double>& y,
-                            const std::vector<double>& at) {
-    VariantArray xs(0, static_cast<int>(x.size()) - 1), ys(0, static_cast<int>(y.size()) - 1);
-    VariantArray out(0, 4);
-    for (std::size_t k = 0; k < x.size(); ++k) {
-        xs(static_cast<int>(k)) = x[k];
-        ys(static_cast<int>(k)) = y[k];
-    }
-    I16 n = static_cast<I16>(x.size()), evaluate = -1;
-    std::vector<double> values;
-    for (double v : at) {
-        AkimaInterpolate(xs, ys, n, evaluate, v, out);
-        values.push_back(out(4).toDouble());
-    }
-    return values;
 }
 
 TEST_F(ModelTest, ResampleByScoreReadsTheOldCurveAtEvenScores) {
@@ -92,12 +53,11 @@ TEST_F(ModelTest, ResampleByScoreReadsTheOldCurveAtEvenScores) {
     setCurve(1, oldX, oldY, kBisection);
     I16 att = 1, n = 6, old = 4;
     ResampleByScore(att, n, old);
-    const std::vector<double> expected = curveAt(oldX, oldY, {20, 40, 60, 80});
+    Curve before(oldX, oldY);
     for (int k = 1; k <= 4; ++k) {
         EXPECT_EQ(smpX(1, k), 20.0 * k);
-        EXPECT_EQ(smpY(1, k), expected[static_cast<std::size_t>(k - 1)]) << k;
+        EXPECT_EQ(smpY(1, k), before.at(20.0 * k)) << k;
     }
-    EXPECT_EQ(w().SmpY(1, 0).type(), Variant::Type::Integer);
     EXPECT_EQ(smpY(1, 0), 1.0);
     EXPECT_EQ(smpY(1, 5), 0.0);
     // The middle score follows the new points and is kept as a Single.
@@ -108,20 +68,15 @@ TEST_F(ModelTest, ResampleByScoreReadsTheOldCurveAtEvenScores) {
 TEST_F(ModelTest, ResampleByValueTakesTheFirstGridScoreWithinOneHundredth) {
     // On the old line 0 .. 100 the level 0.25 is first within 0.01 at 24,
     // not at 25 where it is met exactly; a cost line meets 0.75 there too.
-    setCurve(0, {0, 50, 100}, {0, 0.5, 1}, kBisection);
     I16 att = 0, n = 5, old = 3;
-    ResampleByValue(att, n, old);
-    EXPECT_GE(smpX(0, 1), 24.0);
-    EXPECT_LT(smpX(0, 1), 24.01);
-    EXPECT_EQ(w().SmpX(0, 1).type(), Variant::Type::Double);
-    EXPECT_EQ(w().ScoreMiddle(0).type(), Variant::Type::Single);
-
-    w().AttPropertyCopy(0) = I16(1);
-    setCurve(0, {0, 50, 100}, {1, 0.5, 0}, kBisection);
-    ResampleByValue(att, n, old);
-    EXPECT_EQ(smpY(0, 1), 0.75);
-    EXPECT_GE(smpX(0, 1), 24.0);
-    EXPECT_LT(smpX(0, 1), 24.01);
+    for (int cost : {0, 1}) {
+        w().AttPropertyCopy(0) = I16(cost);
+        setCurve(0, {0, 50, 100}, {0.0 + cost, 0.5, 1.0 - cost}, kBisection);
+        ResampleByValue(att, n, old);
+        EXPECT_EQ(smpY(0, 1), cost ? 0.75 : 0.25);
+        EXPECT_GE(smpX(0, 1), 24.0);
+        EXPECT_LT(smpX(0, 1), 24.01);
+    }
 }
 
 TEST_F(ModelTest, ResampleByValueFallsBackToHalfTheRangeMeasuredFromZero) {
@@ -141,15 +96,11 @@ TEST_F(ModelTest, CategoryPointsTakeTheCategoryCountOnlyForANewOrForeignFunction
     WizardData& d = w();
     d.SelTechnique = kCategoryIdentification;
     d.CategoryCount = 7;
-    I16 att = 0;
-    // No points yet: the category count, end to end on the range.
-    PrepareCategoryPoints(att);
+    I16 att = 0, five = 5;
+    PrepareCategoryPoints(att);  // no points yet: the category count
     EXPECT_EQ(d.SmpSize(0).toInteger(), 7);
-    EXPECT_EQ(smpX(0, 0), 0.0);
     EXPECT_EQ(smpX(0, 6), 100.0);
-    // Built with this technique before: its size stays.
-    d.VFTechniqueID(0) = I16(kCategoryIdentification);
-    I16 five = 5;
+    d.VFTechniqueID(0) = I16(kCategoryIdentification);  // built here before: its size stays
     d.SmpSize(0) = five;
     SetLinearSamplePoints(att, five);
     PrepareCategoryPoints(att);
@@ -158,20 +109,7 @@ TEST_F(ModelTest, CategoryPointsTakeTheCategoryCountOnlyForANewOrForeignFunction
     setCurve(0, {0, 20, 50, 100}, {0, 0.5, 0.8, 1}, kDirectRating);
     PrepareCategoryPoints(att);
     EXPECT_EQ(d.SmpSize(0).toInteger(), 7);
-    EXPECT_EQ(smpX(0, 6), 100.0);
     EXPECT_EQ(smpY(0, 6), 1.0);
-}
-
-TEST_F(ModelTest, FunctionTypeHeldAsTextIsReadAsItsNumber) {
-    setCurve(0, {0, 13, 40, 70, 100}, {0, 0.37, 0.66, 0.86, 1}, kBisection);
-    w().SelTechnique = kBisection;
-    w().VFunType(0) = QStringLiteral("0");
-    I16 att = 0, n = 5, old = 5;
-    UpdateSamplePoints(att, n, old);
-    EXPECT_EQ(smpX(0, 1), 25.0);  // linear
-    EXPECT_EQ(ComputeScoreMiddle(att), 50.0f);
-    w().VFunType(0) = QStringLiteral("linear");
-    EXPECT_EQ(errorNumber([&] { UpdateSamplePoints(att, n, old); }), RuntimeError::TypeMismatch);
 }
 
 // --- Which layout a technique page gets ---------------------------------------
@@ -183,54 +121,50 @@ enum class Layout { Untouched, Linear, ByScore, ByValue };
 Layout layoutOf(int n) {
     WizardData& d = wizardData();
     if (d.SmpY(0, 1).toDouble() == 0.37 && d.SmpX(0, 1).toDouble() == 13.0) return Layout::Untouched;
-    const double evenScore = static_cast<double>(100.0f / static_cast<float>(n - 1));
-    const double evenValue = static_cast<double>(1.0f / static_cast<float>(n - 1));
-    const bool scoresEven = d.SmpX(0, 1).toDouble() == evenScore;
-    const bool valuesEven = d.SmpY(0, 1).toDouble() == evenValue;
-    if (scoresEven && valuesEven) return Layout::Linear;
-    if (scoresEven) return Layout::ByScore;
-    if (valuesEven) return Layout::ByValue;
-    return Layout::Untouched;
+    const float steps = static_cast<float>(n - 1);
+    const bool scoresEven = d.SmpX(0, 1).toDouble() == static_cast<double>(100.0f / steps);
+    const bool valuesEven = d.SmpY(0, 1).toDouble() == static_cast<double>(1.0f / steps);
+    if (scoresEven) return valuesEven ? Layout::Linear : Layout::ByScore;
+    return valuesEven ? Layout::ByValue : Layout::Untouched;
 }
 
-// page, stored technique, new size, function type, layout
-using Case = std::tuple<int, int, int, int, Layout>;
-
-class UpdateChoice : public ModelTest, public ::testing::WithParamInterface<Case> {};
-
-TEST_P(UpdateChoice, FollowsThePageAndTheStoredTechnique) {
-    const auto [page, stored, newSize, type, expected] = GetParam();
-    setCurve(0, {0, 13, 40, 70, 100}, {0, 0.37, 0.66, 0.86, 1}, stored);
-    w().VFunType(0) = static_cast<I16>(type);
-    w().SelTechnique = static_cast<I16>(page);
-    I16 att = 0, n = static_cast<I16>(newSize), old = 5;
-    UpdateSamplePoints(att, n, old);
-    EXPECT_EQ(layoutOf(newSize), expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Branches, UpdateChoice,
-    ::testing::Values(
+TEST_F(ModelTest, UpdateSamplePointsFollowsThePageAndTheStoredTechnique) {
+    const Variant curve = I16(1), linear = I16(0), linearText = QStringLiteral("0");
+    const struct { int page, stored, newSize; Variant type; Layout expected; } cases[] = {
         // Direct Rating and Curve Drawing read the curve at even scores.
-        Case{1, 3, 5, 1, Layout::ByScore}, Case{1, 2, 5, 1, Layout::Untouched},
-        Case{1, 1, 7, 1, Layout::ByScore}, Case{2, 0, 5, 1, Layout::ByScore},
-        Case{2, 1, 5, 1, Layout::Untouched},
+        {1, 3, 5, curve, Layout::ByScore}, {1, 2, 5, curve, Layout::Untouched},
+        {1, 1, 7, curve, Layout::ByScore}, {2, 1, 5, curve, Layout::Untouched},
         // Difference standard sequence and Bisection search even values.
-        Case{4, 7, 5, 1, Layout::ByValue}, Case{4, 5, 5, 1, Layout::Untouched},
-        Case{4, 4, 7, 1, Layout::ByValue}, Case{5, 1, 5, 1, Layout::ByValue},
+        {4, 7, 5, curve, Layout::ByValue}, {5, 4, 5, curve, Layout::Untouched},
+        {4, 4, 7, curve, Layout::ByValue},
         // Variable Probability resamples only its own function, resized.
-        Case{6, 1, 5, 1, Layout::Untouched}, Case{6, 1, 7, 1, Layout::Untouched},
-        Case{6, 6, 5, 1, Layout::Untouched}, Case{6, 6, 7, 1, Layout::ByValue},
+        {6, 1, 5, curve, Layout::Untouched}, {6, 1, 7, curve, Layout::Untouched},
+        {6, 6, 5, curve, Layout::Untouched}, {6, 6, 7, curve, Layout::ByValue},
         // Variable Certainty Equivalent.
-        Case{7, 6, 5, 1, Layout::ByValue}, Case{7, 7, 5, 1, Layout::Untouched},
-        Case{7, 7, 7, 1, Layout::ByValue},
+        {7, 6, 5, curve, Layout::ByValue}, {7, 7, 5, curve, Layout::Untouched},
+        {7, 7, 7, curve, Layout::ByValue},
         // Midpoint, Category and any other code leave the points alone.
-        Case{0, 1, 7, 1, Layout::Untouched}, Case{3, 1, 7, 1, Layout::Untouched},
-        Case{9, 1, 7, 1, Layout::Untouched},
-        // A linear function goes back to linear points on every page.
-        Case{0, 6, 5, 0, Layout::Linear}, Case{1, 6, 5, 0, Layout::Linear},
-        Case{3, 6, 5, 0, Layout::Linear}, Case{6, 6, 5, 0, Layout::Linear},
-        Case{7, 6, 5, 0, Layout::Linear}, Case{9, 6, 5, 0, Layout::Linear}));
+        {0, 1, 7, curve, Layout::Untouched}, {3, 1, 7, curve, Layout::Untouched},
+        {9, 1, 7, curve, Layout::Untouched},
+        // A linear function, its type held as a number or as text, goes
+        // back to linear points on every page.
+        {1, 6, 5, linear, Layout::Linear}, {6, 6, 5, linear, Layout::Linear},
+        {9, 6, 5, linearText, Layout::Linear},
+    };
+    I16 att = 0, old = 5;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "page " << c.page << " stored " << c.stored << " size "
+                                        << c.newSize << " type " << c.type.toString().toStdString());
+        setCurve(0, {0, 13, 40, 70, 100}, {0, 0.37, 0.66, 0.86, 1}, c.stored);
+        w().VFunType(0) = c.type;
+        w().SelTechnique = static_cast<I16>(c.page);
+        I16 n = static_cast<I16>(c.newSize);
+        UpdateSamplePoints(att, n, old);
+        EXPECT_EQ(layoutOf(c.newSize), c.expected);
+    }
+    w().VFunType(0) = QStringLiteral("linear");
+    EXPECT_EQ(errorNumber([&] { UpdateSamplePoints(att, old, old); }), RuntimeError::TypeMismatch);
+}
 
 }  // namespace
 }  // namespace kelmar::test
