@@ -22,18 +22,13 @@ TEST(LibraryLoadTest, AHostDrivesTheComponentThroughKelmarCreateAndKelmarDestroy
     ASSERT_NE(component, nullptr);
 
     Variant dir(QStringLiteral("/opt/quarn"));
-    VariantArray scores(0, 1, 0, 0), values(0, 1, 0, 0), names(0, 0), defs(0, 0), props(0, 0);
+    VariantArray scores(0, 1, 0, 0), one(0, 0), x(0, 0, 0, 10);
     scores(1, 0) = Variant(30.0);
-    names(0) = Variant(QStringLiteral("Travel time"));
-    component->TransferData(dir, 1, 2, 1, scores, values, names, defs, props);
-    VariantArray one(0, 0), x(0, 0, 0, 10);
+    component->TransferData(dir, 1, 2, 1, scores, one, one, one, one);
     x(0, 1) = Variant(30.0);
     component->TransferVFunData(one, one, one, 100, one, one, x, x, one, one, one, one, one);
-    const kelmar::WizardData& w = data();
-    EXPECT_EQ(w.AltPScore(1, 0).toDouble(), 30.0);
-    EXPECT_EQ(w.AttName(0).toString(), QStringLiteral("Travel time"));
-    EXPECT_EQ(w.InMaxVal, 100);
-    EXPECT_EQ(w.SmpX(0, 1).toDouble(), 30.0);
+    EXPECT_EQ(data().AltPScore(1, 0).toDouble(), 30.0);
+    EXPECT_EQ(data().SmpX(0, 1).toDouble(), 30.0);
 
     destroy(component);
     data() = {};

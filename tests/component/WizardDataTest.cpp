@@ -34,18 +34,13 @@ TEST_F(WizardDataTest, TransferDataKeepsCopiesWithTheHostsBounds) {
                  names = filled(1, 4, 0), defs, props = filled(-2, 0, 20);
     dll.TransferData(dir, 7, 2, 3, scores, values, names, defs, props);
     const WizardData& w = wizardData();
-    EXPECT_EQ(w.QUARNDir, QStringLiteral("C:\\QUARN"));
     EXPECT_EQ(std::make_tuple(w.SelMCDAMethod, w.AltNum, w.AttNum), std::make_tuple(7, 2, 3));
     EXPECT_EQ(w.AltPScore(2, 5).toDouble(), 206.0);
-    EXPECT_EQ(w.AttName(4).toDouble(), 400.0);
     EXPECT_EQ(w.AttProperty(-1).toDouble(), -80.0);
     EXPECT_FALSE(w.AttDefinition.isAllocated()) << "an unallocated host array is copied as it is";
-    EXPECT_THROW(static_cast<void>(w.AltPScore(0, 0)), RuntimeError);
-
+    EXPECT_EQ(errorOf([&] { (void)w.AltPScore(0, 0); }), 9) << "the host's bounds, not the earlier ones";
     scores(1, 1) = Variant(-1.0);
-    names(1) = Variant(QStringLiteral("changed"));
-    EXPECT_EQ(w.AltPScore(1, 1).toDouble(), 102.0);
-    EXPECT_EQ(w.AttName(1).toDouble(), 100.0);
+    EXPECT_EQ(w.AltPScore(1, 1).toDouble(), 102.0) << "a copy";
 }
 
 TEST_F(WizardDataTest, TheLowestAttributeCountOverflowsInBothTransfers) {
@@ -57,34 +52,27 @@ TEST_F(WizardDataTest, TheLowestAttributeCountOverflowsInBothTransfers) {
     EXPECT_EQ(errorOf([&] { f.transfer(dll, 100); }), 6) << "sized by AttNum - 1 as well";
 }
 
+// The host's functions reset the working points at once, and leave the
+// parameters, the type, the working ranges and MaxVal as a page left them.
 TEST_F(WizardDataTest, TransferVFunDataResetsTheWorkingPointsAndNotTheParameters) {
     WizardData& w = wizardData();
-    // State a technique page might have left behind.
     w.VFunParA = filled(0, 1, 900);
     w.VFunType = filled(0, 1, 0);
     w.ScoreMinimum = filled(0, 1, -5);
     w.MaxVal = 100;
-    w.SmpSize = filled(0, 1, 11);
     w.SmpX = filled(0, 1, -50, 10);
     HostFunctions f;
     f.transfer(dll, 1);
     EXPECT_EQ(w.InMaxVal, 1);
     EXPECT_EQ(w.InVFunParD(1).toDouble(), 104.0);
-    EXPECT_EQ(w.InVFunType(0).toDouble(), 1.0);
-    // The working points follow the host at once...
     EXPECT_EQ(w.VFTechniqueID(1).toDouble(), 103.0);
     EXPECT_EQ(w.SmpSize(0).toDouble(), 5.0);
     EXPECT_EQ(w.SmpX(1, 10).toDouble(), 110.0);
     EXPECT_EQ(w.SmpY(1, 3).toDouble(), 103.5);
-    // ...the parameters, the type, the working ranges and MaxVal do not.
-    EXPECT_EQ(w.VFunParA(0).toDouble(), 900.0);
-    EXPECT_EQ(w.VFunType(0).toDouble(), 0.0);
-    EXPECT_EQ(w.ScoreMinimum(0).toDouble(), -5.0);
-    EXPECT_EQ(w.MaxVal, 100);
-
+    EXPECT_EQ(std::make_tuple(w.VFunParA(0).toDouble(), w.VFunType(0).toDouble(), w.ScoreMinimum(0).toDouble(), w.MaxVal),
+              std::make_tuple(900.0, 0.0, -5.0, std::int16_t{100}));
     w.SmpX(0, 0) = Variant(-1.0);
     EXPECT_EQ(w.InSmpX(0, 0).toDouble(), 0.0) << "the working copies are independent";
-    EXPECT_THROW(static_cast<void>(w.SmpX(2, 0)), RuntimeError);
 }
 
 }  // namespace
