@@ -1,54 +1,17 @@
-// A two-attribute problem and a page under test with a recording event sink.
+// A three-attribute problem and a Direct Rating page under test with a
+// recording event sink.
 #pragma once
 
-#include "charts/DrawSurface.h"
-#include "pages/common/Ui.h"
+#include "../PageTestKit.h"
 #include "pages/techniques/frmKelDirectRating.h"
 
-#include <kelmar/mdKelMain.h>
-
 #include <QComboBox>
-#include <QCoreApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QPushButton>
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
-#include <vector>
-
-namespace kelmar::testing {
-
-class RecordingSink : public PageEventSink {
-public:
-    std::vector<std::string> events;
-    VariantArray exportedValues;  // AttVData as ExportResults passed it
-    float showLeft = 0, showTop = 0;
-
-    void pageUnloadKelmar(KelPage&) override { events.emplace_back("UnloadKelmar"); }
-    void pageHideForm(KelPage&, std::int16_t& frmID) override {
-        events.push_back("HideForm(" + std::to_string(frmID) + ")");
-    }
-    void pageShowForm(KelPage&, std::int16_t& frmID, float& frmLeft, float& frmTop) override {
-        showLeft = frmLeft;
-        showTop = frmTop;
-        events.push_back("ShowForm(" + std::to_string(frmID) + ")");
-    }
-    void pageUnloadOwn(KelPage&) override { events.emplace_back("UnloadOwn"); }
-    void pageShowKelVFS(KelPage&) override { events.emplace_back("ShowKelVFS"); }
-    void pageSendMasseges(KelPage&, QString Msg) override { events.push_back("Msg:" + Msg.toStdString()); }
-    void pageExportResults(KelPage&, VariantArray& AttVData, VariantArray&, VariantArray&,
-                           VariantArray&, std::int16_t, Variant&, VariantArray&, VariantArray&,
-                           VariantArray&, VariantArray&, VariantArray&, VariantArray&,
-                           VariantArray&, VariantArray&) override {
-        exportedValues = AttVData;
-        events.emplace_back("ExportResults");
-    }
-    void pageUnloadKelVFS(KelPage&) override { events.emplace_back("UnloadKelVFS"); }
-};
+namespace kelmar::test {
 
 // Attribute 0 "Price": benefit, scores 0..100; 1 "Noise": cost, 10..50;
 // 2 "Comfort": benefit, 1..5; all linear through five points. Four
@@ -61,23 +24,21 @@ inline void fillProblem() {
     w.MaxVal = 1;
     w.SelTechnique = kDirectRating;
     w.SelMCDAMethod = 1;
-    w.AltPScore.redim(0, 3, 0, 2);
-    w.AttVData.redim(0, 3, 0, 2);
-    const double scores[4][3] = {{50, 20, 3}, {0, 50, 1}, {100, 10, 5}, {25, 40, 2}};
-    for (int a = 0; a < 4; ++a) {
-        for (int att = 0; att < 3; ++att) {
-            w.AltPScore(a, att) = scores[a][att];
-            w.AttVData(a, att) = -1.0;
-        }
-    }
+    for (VariantArray* a : {&w.AltPScore, &w.AttVData}) a->redim(0, 3, 0, 2);
     for (VariantArray* a : {&w.AttName, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum,
-                            &w.ScoreMinimumCopy, &w.ScoreMaximumCopy, &w.AttPropertyCopy, &w.SmpSize, &w.VFunType, &w.VFTechniqueID,
-                            &w.AttVFDone, &w.InSmpSize, &w.InVFunType, &w.InVFTechniqueID})
+                            &w.ScoreMinimumCopy, &w.ScoreMaximumCopy, &w.AttPropertyCopy, &w.SmpSize,
+                            &w.VFunType, &w.VFTechniqueID, &w.AttVFDone, &w.InSmpSize, &w.InVFunType,
+                            &w.InVFTechniqueID})
         a->redim(0, 2);
     for (VariantArray* a : {&w.SmpX, &w.SmpY, &w.InSmpX, &w.InSmpY}) a->redim(0, 2, 0, 10);
+    const double scores[4][3] = {{50, 20, 3}, {0, 50, 1}, {100, 10, 5}, {25, 40, 2}};
     const char* names[3] = {"Price", "Noise", "Comfort"};
     const double low[3] = {0, 10, 1}, high[3] = {100, 50, 5};
     for (int att = 0; att < 3; ++att) {
+        for (int a = 0; a < 4; ++a) {
+            w.AltPScore(a, att) = scores[a][att];
+            w.AttVData(a, att) = -1.0;
+        }
         w.AttName(att) = names[att];
         w.ScoreMinimum(att) = w.ScoreMinimumCopy(att) = low[att];
         w.ScoreMaximum(att) = w.ScoreMaximumCopy(att) = high[att];
@@ -94,7 +55,7 @@ inline void fillProblem() {
     }
 }
 
-class DirectRatingTest : public ::testing::Test {
+class DirectRatingTest : public PageTest<frmKelDirectRating> {
 protected:
     void SetUp() override {
         fillProblem();
@@ -119,25 +80,16 @@ protected:
         sink.events.clear();
     }
 
-    template <typename T = QWidget>
-    T* child(const QString& name) const {
-        T* found = page->findChild<T*>(name);
-        EXPECT_NE(found, nullptr) << name.toStdString();
-        return found;
-    }
     PointMark* mark(int i) const { return child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i)); }
     DrawSurface* chart() const { return child<DrawSurface>(QStringLiteral("picRatingChart")); }
     QString text(const char* label) const { return child<QLabel>(QString::fromLatin1(label))->text(); }
-    void click(const char* button) { child<QPushButton>(QString::fromLatin1(button))->click(); }
-    void chooseSize(int listIndex) {
-        auto* combo = child<QComboBox>(QStringLiteral("cmbSmpSize"));
-        combo->setCurrentIndex(listIndex);
-        emit combo->activated(listIndex);
+    void choose(const char* list, int index) {
+        auto* combo = child<QComboBox>(QString::fromLatin1(list));
+        combo->setCurrentIndex(index);
+        emit combo->activated(index);
     }
 
-    double centreOf(int i) const {
-        return chart()->childLeft(mark(i)) + chart()->childWidth(mark(i)) / 2.0;
-    }
+    double centreOf(int i) const { return chart()->childLeft(mark(i)) + chart()->childWidth(mark(i)) / 2.0; }
 
     static void sendMouse(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button,
                           Qt::MouseButtons buttons) {
@@ -154,16 +106,10 @@ protected:
         sendMouse(m, QEvent::MouseMove, to, Qt::NoButton, button);
         sendMouse(m, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
     }
-    static void sendKey(QWidget* w, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers);
-        QCoreApplication::sendEvent(w, &event);
-    }
 
     static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
-
-    RecordingSink sink;
-    std::vector<QString> messages;
-    std::unique_ptr<frmKelDirectRating> page;
+    static int funType() { return wizardData().VFunType(0).toInteger(); }
+    static bool done() { return wizardData().AttVFDone(0).toBoolean(); }
 };
 
-}  // namespace kelmar::testing
+}  // namespace kelmar::test

@@ -1,22 +1,128 @@
-// The common skeleton, driven through the Direct Rating page: sample size,
-// Linear, Restore, navigation and the handling of run-time errors.
+// The Direct Rating page through the common skeleton: the drag rules, the
+// keys and the labels, sample size, Linear, Restore, the risk attitude,
+// navigation and a failing Finish; then the skeleton's controls, what a page
+// has by its features, the load sequence, the buttons that only raise events
+// and the decoration bands of the rating chart.
 #include "TechniqueFixture.h"
 
-namespace kelmar::testing {
+#include <kelmar/KelmarDll.h>
+
+#include <QFocusEvent>
+#include <QLayout>
+#include <QRegularExpression>
+
+namespace kelmar::test {
 namespace {
+
+TEST_F(DirectRatingTest, OnlyALeftDragMovesAMarkAtAnyChartSize) {
+    for (const QSize size : {QSize(780, 620), QSize(1300, 900)}) {
+        SCOPED_TRACE(size.width());
+        fillProblem();
+        open();
+        page->resize(size);
+        page->layout()->activate();
+        // Another button selects the mark but does not move it; nor does a
+        // move with left and right held.
+        drag(2, 40.0, Qt::RightButton);
+        EXPECT_EQ(mark(2)->picture(), 2);
+        sendMouse(mark(2), QEvent::MouseButtonPress, {5, 8}, Qt::LeftButton, Qt::LeftButton);
+        sendMouse(mark(2), QEvent::MouseMove, {-60, 8}, Qt::NoButton, Qt::LeftButton | Qt::RightButton);
+        EXPECT_DOUBLE_EQ(value(0, 2), 0.5);
+        EXPECT_EQ(funType(), 0);
+        EXPECT_FALSE(done());
+
+        drag(2, 40.0);
+        EXPECT_DOUBLE_EQ(value(0, 2), 0.40);
+        EXPECT_NEAR(centreOf(2), 40.0, 1e-6);
+        EXPECT_EQ(funType(), 1);
+        EXPECT_TRUE(done());
+        EXPECT_EQ(wizardData().VFTechniqueID(0).toInteger(), kDirectRating);
+        EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(0), QString::fromUtf8(" \u00A4 Price"));
+        EXPECT_EQ(text("lblCurScore") + " " + text("lblCurValue"), "50.00 0.40");
+    }
+}
+
+TEST_F(DirectRatingTest, MovesAreLimitedByTheNeighboursAndTheScale) {
+    open();
+    page->MovePoint(2, 10.0);  // past point 1 at 25: its value and a step
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.25 + 0.025);
+    EXPECT_NEAR(centreOf(2), 50.0, 1e-9) << "the mark stays";
+    page->MovePoint(2, 90.0);  // past point 3 at 75
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.75 - 0.025);
+
+    // A drop at 1 counts as 2 on the scale; one beyond 100 as 100, when the
+    // right neighbour lies further out.
+    ASSERT_LT(chart()->childLeft(mark(0)) + chart()->childWidth(mark(0)), 1.0);
+    drag(1, 1.0);
+    EXPECT_DOUBLE_EQ(value(0, 1), 0.02);
+    chart()->placeChild(mark(4), 110.0, 84.0);
+    page->MovePoint(3, 101.0);
+    EXPECT_DOUBLE_EQ(value(0, 3), 1.0);
+
+    // The end marks stay where they are; a drag that only crosses leaves the
+    // function type alone.
+    fillProblem();
+    open();
+    drag(0, 30.0);
+    drag(4, 60.0);
+    sendKey(mark(0), Qt::Key_Right, {}, Qt::ShiftModifier);
+    sendKey(mark(4), Qt::Key_Left);
+    EXPECT_DOUBLE_EQ(value(0, 0), 0.0);
+    EXPECT_DOUBLE_EQ(value(0, 4), 1.0);
+    EXPECT_NEAR(centreOf(4), 100.0, 1e-9);
+    drag(2, 5.0);
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.275);
+    EXPECT_EQ(funType(), 0);
+    EXPECT_FALSE(done());
+}
+
+TEST_F(DirectRatingTest, LabelsFollowTheValueRange) {
+    const struct { std::int16_t maxVal; std::vector<QString> ticks; const char* value; } cases[] = {
+        {1, {"0.00", "0.25", "0.50", "0.75", "1.00"}, "0.73"},
+        {100, {"0", "25", "50", "75", "100"}, "73"}};
+    for (const auto& c : cases) {
+        wizardData().MaxVal = c.maxVal;
+        open();
+        std::vector<QString> texts;
+        for (const DrawPrimitive& p : chart()->primitives())
+            if (p.kind == DrawPrimitive::Kind::Text && p.p1.y() == 102.0) texts.push_back(p.text);
+        EXPECT_EQ(texts, c.ticks);
+        drag(2, 73.0);
+        EXPECT_EQ(text("lblCurValue"), c.value);
+    }
+}
+
+TEST_F(DirectRatingTest, AMarkReachedWithTabIsReadOutAndArrowKeysMoveIt) {
+    open();
+    QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
+    QCoreApplication::sendEvent(mark(3), &focus);
+    EXPECT_EQ(mark(3)->picture(), 2);
+    EXPECT_EQ(text("lblCurScore") + " " + text("lblCurValue"), "75.00 0.75");
+    EXPECT_EQ(funType(), 0) << "selecting changes nothing";
+    // The keys move a mark by the same rules as a drag.
+    PointMark* m = mark(2);
+    sendKey(m, Qt::Key_Right);
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.51);
+    EXPECT_EQ(funType(), 1);
+    EXPECT_EQ(text("lblCurValue"), "0.51");
+    EXPECT_EQ(m->picture(), 2);
+    sendKey(m, Qt::Key_Left, {}, Qt::ShiftModifier);
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.41);
+    for (int k = 0; k < 2; ++k) sendKey(m, Qt::Key_Left, {}, Qt::ShiftModifier);
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.275) << "into the neighbour";
+}
 
 TEST_F(DirectRatingTest, ChoosingASampleSize) {
     open();
     drag(2, 40.0);
     // The size in force changes nothing.
     const auto before = chart()->primitives().size();
-    chooseSize(0);
-    EXPECT_EQ(wizardData().SmpSize(0).toInteger(), 5);
+    choose("cmbSmpSize", 0);
     EXPECT_DOUBLE_EQ(value(0, 2), 0.40);
     EXPECT_EQ(chart()->primitives().size(), before);
     EXPECT_EQ(mark(2)->picture(), 2);
     // Another resamples keeping the shape: the curve still passes 0.40 at 50.
-    chooseSize(2);
+    choose("cmbSmpSize", 2);
     EXPECT_EQ(wizardData().SmpSize(0).toInteger(), 9);
     EXPECT_EQ(mark(2)->picture(), 1) << "marks 1 to 10 return to the normal picture";
     for (int i = 0; i < 11; ++i) EXPECT_EQ(mark(i)->isHidden(), i >= 9) << i;
@@ -25,46 +131,41 @@ TEST_F(DirectRatingTest, ChoosingASampleSize) {
     EXPECT_NEAR(centreOf(4), 40.0, 1e-6);
     // The first mark keeps its picture.
     sendMouse(mark(0), QEvent::MouseButtonPress, {5, 8}, Qt::RightButton, Qt::RightButton);
-    chooseSize(3);
+    choose("cmbSmpSize", 3);
     EXPECT_EQ(mark(0)->picture(), 2);
 }
 
-TEST_F(DirectRatingTest, LinearMakesTheFunctionStraightAndDone) {
-    open();
-    drag(1, 40.0);
-    drag(2, 60.0);
-    click("cmdLinear");
-    WizardData& w = wizardData();
-    EXPECT_EQ(w.VFunType(0).toInteger(), 0);
-    EXPECT_TRUE(w.AttVFDone(0).toBoolean());
-    EXPECT_EQ(w.VFTechniqueID(0).toInteger(), kDirectRating);
-    for (int k = 0; k < 5; ++k) EXPECT_NEAR(value(0, k), k / 4.0, 1e-9) << k;
-    EXPECT_NEAR(centreOf(1), 25.0, 1e-6);
-}
-
-TEST_F(DirectRatingTest, RestoreReturnsTheHostsFunction) {
+TEST_F(DirectRatingTest, LinearMakesTheFunctionStraightAndDoneRestoreTakesTheHosts) {
     WizardData& w = wizardData();
     w.InSmpY(0, 1) = 0.4;
     w.InVFunType(0) = std::int16_t(1);
     open();
-    drag(2, 70.0);
-    chooseSize(1);
+    drag(1, 40.0);
+    drag(2, 60.0);
+    click("cmdLinear");
+    EXPECT_EQ(funType(), 0);
+    EXPECT_TRUE(done());
+    EXPECT_EQ(w.VFTechniqueID(0).toInteger(), kDirectRating);
+    for (int k = 0; k < 5; ++k) EXPECT_NEAR(value(0, k), k / 4.0, 1e-9) << k;
+    EXPECT_NEAR(centreOf(1), 25.0, 1e-6);
+
+    choose("cmbSmpSize", 1);
     click("cmdRestore");
     EXPECT_EQ(w.SmpSize(0).toInteger(), 5);
     EXPECT_DOUBLE_EQ(value(0, 1), 0.4);
     EXPECT_DOUBLE_EQ(value(0, 2), 0.5);
-    EXPECT_EQ(w.VFunType(0).toInteger(), 1);
+    EXPECT_EQ(funType(), 1);
     EXPECT_EQ(w.VFTechniqueID(0).toInteger(), kMidPoint);
-    EXPECT_FALSE(w.AttVFDone(0).toBoolean());
+    EXPECT_FALSE(done());
     EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(0), "Price");
-    EXPECT_EQ(child<QComboBox>("cmbSmpSize")->currentText(), "5");
     EXPECT_NEAR(centreOf(1), 40.0, 1e-6);
     EXPECT_TRUE(mark(5)->isHidden());
 }
 
-TEST_F(DirectRatingTest, BackReturnsToTheSettingsPageKeepingThePoints) {
+TEST_F(DirectRatingTest, BackKeepsThePointsCancelExportsNothingFinishExportsEveryAttribute) {
+    wizardData().MaxVal = 100;
     open();
-    drag(2, 35.0);
+    drag(2, 40.0);
     sink.events.clear();
     const float left = page->pageLeft(), top = page->pageTop();
     click("cmdBack");
@@ -72,23 +173,14 @@ TEST_F(DirectRatingTest, BackReturnsToTheSettingsPageKeepingThePoints) {
     EXPECT_EQ(sink.showLeft, left);
     EXPECT_EQ(sink.showTop, top);
     open();
-    EXPECT_NEAR(centreOf(2), 35.0, 1e-6);
-    EXPECT_DOUBLE_EQ(value(0, 2), 0.35);
-}
+    EXPECT_NEAR(centreOf(2), 40.0, 1e-6);
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.40);
 
-TEST_F(DirectRatingTest, CancelRaisesOnlyUnloadKelmar) {
-    open();
-    drag(2, 35.0);
     click("cmdCancel");
     EXPECT_EQ(sink.events, std::vector<std::string>{"UnloadKelmar"});
     EXPECT_DOUBLE_EQ(wizardData().AttVData(0, 0).toDouble(), -1.0);
-}
 
-TEST_F(DirectRatingTest, FinishExportsEveryAttributesValuesThenUnloads) {
-    wizardData().MaxVal = 100;
     open();
-    drag(2, 40.0);
-    sink.events.clear();
     click("cmdFinish");
     EXPECT_EQ(sink.events, (std::vector<std::string>{"ExportResults", "UnloadKelmar"}));
     // Price rated 0.40 at 50; Noise falling on 10..50; Comfort, which no page
@@ -99,55 +191,190 @@ TEST_F(DirectRatingTest, FinishExportsEveryAttributesValuesThenUnloads) {
             EXPECT_NEAR(sink.exportedValues(a, att).toDouble(), expected[a][att], 1e-9) << a << att;
 }
 
-TEST_F(DirectRatingTest, ARunTimeErrorIsReportedAndEndsTheHandler) {
+TEST_F(DirectRatingTest, FinishStopsBeforeTheExportWhenAValueCannotBeComputed) {
     open();
-    wizardData().SelAtt = 7;  // beyond the attribute arrays
-    EXPECT_NO_THROW(click("cmdLinear"));
-    ASSERT_EQ(messages.size(), 1U);
-    EXPECT_TRUE(messages[0].startsWith("Run-time error '9'")) << messages[0].toStdString();
-    // Finish stops before the export when a value cannot be computed.
-    wizardData().SelAtt = 0;
     wizardData().SmpSize(1) = Variant();
     EXPECT_NO_THROW(click("cmdFinish"));
-    EXPECT_EQ(messages.size(), 2U);
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_TRUE(messages[0].startsWith("Run-time error")) << messages[0].toStdString();
     EXPECT_TRUE(sink.events.empty());
     messages.clear();
 }
 
-}  // namespace
-}  // namespace kelmar::testing
-
-namespace kelmar::testing {
-
-// Which attitude label is highlighted, or -1.
-static int highlightedAttitude(const QWidget& page) {
-    for (int k = 0; k < 3; ++k) {
-        const auto* label = page.findChild<QLabel*>(QStringLiteral("lblRiskAttitude_%1").arg(k));
-        if (label != nullptr && label->font().bold()) return k;
-    }
-    return -1;
-}
-
+// Raising the middle point makes the curve reach one half early: the middle
+// score drops below the range's centre, shown as Risk Prone. Method codes
+// other than 0, 1 and 5 leave the display as it was.
 TEST_F(DirectRatingTest, RiskAttitudeFollowsTheMiddleScoreAndTheMethodCode) {
+    const auto highlighted = [this] {
+        for (int k = 0; k < 3; ++k)
+            if (child<QLabel>(QStringLiteral("lblRiskAttitude_%1").arg(k))->font().bold()) return k;
+        return -1;
+    };
     open();
-    EXPECT_EQ(highlightedAttitude(*page), 1);  // linear: Risk Neutral
-
-    // Raising the middle point makes the curve reach one half early: the
-    // middle score drops below the range's centre, shown as Risk Prone for
-    // this benefit attribute as for a cost one.
-    drag(2, 70);
-    EXPECT_EQ(wizardData().VFunType(0).toInteger(), 1);
-    EXPECT_LT(wizardData().ScoreMiddle(0).toDouble(), 50.0);
-    EXPECT_EQ(highlightedAttitude(*page), 2);
-
-    // Method codes other than 0, 1 and 5 leave the display as it was.
-    wizardData().SelMCDAMethod = 2;
-    drag(2, 30);
-    EXPECT_GT(wizardData().ScoreMiddle(0).toDouble(), 50.0);
-    EXPECT_EQ(highlightedAttitude(*page), 2);
-    wizardData().SelMCDAMethod = 5;
-    drag(2, 32);
-    EXPECT_EQ(highlightedAttitude(*page), 0);
+    EXPECT_EQ(highlighted(), 1);  // linear: Risk Neutral
+    const struct { std::int16_t code; double target; bool belowCentre; int shown; } moves[] = {
+        {1, 70, true, 2}, {2, 30, false, 2}, {5, 32, false, 0}};
+    for (const auto& m : moves) {
+        SCOPED_TRACE(m.code);
+        wizardData().SelMCDAMethod = m.code;
+        drag(2, m.target);
+        EXPECT_EQ(wizardData().ScoreMiddle(0).toDouble() < 50.0, m.belowCentre);
+        EXPECT_EQ(highlighted(), m.shown);
+    }
 }
 
-}  // namespace kelmar::testing
+// A bare page with a chosen set of features, as a later technique page
+// would declare it.
+class SkeletonPage : public TechniquePage {
+public:
+    explicit SkeletonPage(TechniqueFeatures features)
+        : TechniquePage(kMidPoint, QStringLiteral("frmSkeleton"), QStringLiteral("Skeleton"), features) {}
+};
+
+TEST_F(DirectRatingTest, TheFullSkeletonCarriesEveryControlWithItsCaption) {
+    open();
+    EXPECT_EQ(page->objectName(), "frmKelDirectRating");
+    EXPECT_EQ(page->windowTitle(), "Kelmar: Direct Rating");
+    const std::pair<const char*, const char*> captions[] = {
+        {"Label1_0", "Selected attribute:"}, {"Label2", "Sample size:"}, {"Label3", "Current score:"},
+        {"Label4", "Current value:"}, {"Label1_1", "Risk attitude:"}, {"lblRiskAttitude_0", "Risk Averse"},
+        {"lblRiskAttitude_1", "Risk Neutral"}, {"lblRiskAttitude_2", "Risk Prone"},
+        {"cmdLinear", "&Linear"}, {"cmdRestore", "&Restore"}, {"cmdS", "&Specification"},
+        {"cmdCUFPrint", "&Print"}, {"cmdHelp", "&Help"}, {"cmdCancel", "&Cancel"},
+        {"cmdBack", "< &Back"}, {"cmdNext", "&Next >"}, {"cmdFinish", "&Finish"}};
+    for (const auto& [name, caption] : captions) {
+        QWidget* w = child(name);
+        const auto* label = qobject_cast<const QLabel*>(w);
+        EXPECT_EQ(label ? label->text() : qobject_cast<const QPushButton*>(w)->text(), caption) << name;
+    }
+    for (const char* name : {"Frame1", "cmbAttributes", "cmbSmpSize", "lblCurScore", "lblCurValue",
+                             "picRatingChart", "picVFChart", "picPanel", "picRiskAttitude", "picScorePoint_10"})
+        child(name);
+    EXPECT_NE(page->findChild<QObject*>(QStringLiteral("imgListMark")), nullptr);
+    EXPECT_EQ(page->findChild<QLabel*>(QStringLiteral("lblScoreDiff")), nullptr);
+    // The marks follow the sample size in the tab order.
+    EXPECT_EQ(child("cmbSmpSize")->nextInFocusChain(), mark(0));
+    EXPECT_EQ(mark(10)->nextInFocusChain(), child("cmdLinear"));
+    auto* sizes = child<QComboBox>("cmbSmpSize");
+    ASSERT_EQ(sizes->count(), 4);
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(sizes->itemText(i).toInt(), 2 * i + 5);
+}
+
+TEST_F(DirectRatingTest, LaterPagesLeaveOutWhatTheirFeaturesSay) {
+    // As the midpoint page: no sample size, rating chart, marks, Linear/Restore or read-outs.
+    TechniqueFeatures slider, differences, onCurve;
+    slider.ratingChart = slider.pointMarks = slider.markImages = false;
+    slider.sampleSize = slider.linearRestore = slider.currentScore = false;
+    slider.readout = TechniqueFeatures::Readout::None;
+    differences.readout = TechniqueFeatures::Readout::ScoreDifferences;
+    onCurve.ratingChart = false;
+    onCurve.marksOnValueChart = true;
+    // present: a control and the one it sits on.
+    const struct { TechniqueFeatures features; std::vector<const char*> absent; const char* present[2]; } cases[] = {
+        {slider, {"Label2", "cmbSmpSize", "Label3", "lblCurScore", "Label4", "lblCurValue", "lblScoreDiff",
+                  "picRatingChart", "picScorePoint_0", "imgListMark", "cmdLinear", "cmdRestore"},
+         {"cmbAttributes", "Frame1"}},
+        {differences, {"lblCurValue"}, {"lblScoreDiff", "Frame1"}},
+        {onCurve, {"picRatingChart"}, {"picScorePoint_10", "picVFChart"}},
+    };
+    for (const auto& c : cases) {
+        SkeletonPage skeleton(c.features);
+        for (const char* absent : c.absent)
+            EXPECT_EQ(skeleton.findChild<QObject*>(QString::fromLatin1(absent)), nullptr) << absent;
+        const auto* present = skeleton.findChild<QWidget*>(QString::fromLatin1(c.present[0]));
+        ASSERT_NE(present, nullptr) << c.present[0];
+        EXPECT_EQ(present->parentWidget()->objectName(), c.present[1]);
+        for (const char* always : {"picVFChart", "lblRiskAttitude_2", "cmdS", "cmdHelp", "cmdFinish"})
+            EXPECT_NE(skeleton.findChild<QObject*>(QString::fromLatin1(always)), nullptr) << always;
+    }
+    EXPECT_EQ(SkeletonPage(differences).findChild<QLabel*>(QStringLiteral("Label4"))->text(), "Score differences:");
+}
+
+TEST_F(DirectRatingTest, LoadAndChoosingAnAttributeShowItsPointsAsTheyStand) {
+    WizardData& w = wizardData();
+    w.SelAtt = 2;
+    w.SmpSize(2) = w.InSmpSize(2) = std::int16_t(7);
+    for (int k = 0; k < 7; ++k) {
+        w.SmpX(2, k) = 1.0 + 4.0 * k / 6.0;
+        w.SmpY(2, k) = k / 6.0;
+    }
+    page = std::make_unique<frmKelDirectRating>();
+    page->setEventSink(&sink);
+    page->load();
+    EXPECT_EQ(sink.events, std::vector<std::string>{"Msg:Specify single-attribute value functions."});
+    EXPECT_EQ(child<QComboBox>("cmbAttributes")->currentText(), "Comfort");
+    EXPECT_EQ(child<QComboBox>("cmbSmpSize")->currentText(), "7");
+    for (int i = 0; i < 11; ++i) EXPECT_EQ(mark(i)->isHidden(), i >= 7) << i;
+    EXPECT_EQ(mark(3)->toolTip(), "3.00");
+
+    choose("cmbAttributes", 0);
+    drag(2, 40.0);
+    choose("cmbAttributes", 1);
+    EXPECT_EQ(w.SelAtt, 1);
+    // Noise is a cost: read from the right, value 0.75 at 25.
+    EXPECT_NEAR(centreOf(0), 0.0, 1e-9);
+    EXPECT_NEAR(centreOf(1), 25.0, 1e-9);
+    EXPECT_EQ(mark(1)->toolTip(), "20.00");
+    EXPECT_TRUE(mark(5)->isHidden());
+    EXPECT_TRUE(text("lblCurValue").isEmpty());
+    drag(1, 30.0);
+    EXPECT_DOUBLE_EQ(value(1, 1), 0.70);
+    choose("cmbAttributes", 0);
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.40);
+    EXPECT_NEAR(centreOf(2), 40.0, 1e-6);
+}
+
+TEST_F(DirectRatingTest, SpecificationPrintNextAndHelpDoOnlyTheirPart) {
+    open();
+    drag(2, 40.0);
+    sink.events.clear();
+    click("cmdS");
+    click("cmdCUFPrint");
+    click("cmdNext");
+    int context = 0;
+    KelmarDll::setHelpHandler([&](const QString&, int c) { context = c; });
+    click("cmdHelp");
+    KelmarDll::setHelpHandler({});
+    EXPECT_EQ(sink.events, std::vector<std::string>{"ShowKelVFS"});
+    EXPECT_DOUBLE_EQ(value(0, 2), 0.40);
+    EXPECT_EQ(context, 4005020);
+}
+
+// The decoration bands: drawn only for the method codes that ask for them,
+// filled polygons inside the rating area, each captioned with the values it
+// covers on either orientation.
+TEST_F(DirectRatingTest, DecorationBandsFollowTheMethodCodeAndTheValues) {
+    auto polygons = [this] {
+        std::vector<QVector<QPointF>> found;
+        for (const DrawPrimitive& p : chart()->primitives())
+            if (p.kind == DrawPrimitive::Kind::Polygon) found.push_back(p.points);
+        return found;
+    };
+    for (std::int16_t code = -1; code <= 6; ++code) {
+        wizardData().SelMCDAMethod = code;
+        open();
+        EXPECT_EQ(polygons().size(), code == 2 || code == 3 || code == 4 || code == 6 ? 3U : 0U) << code;
+    }
+    const struct { std::int16_t att, maxVal; QStringList captions; bool risesToTheRight; } cases[] = {
+        {0, 1, {"values 0.02 \u2013 0.74", "values 0.74 \u2013 1.00"}, true},
+        {1, 1, {"values 0.26 \u2013 0.98", "values 0.00 \u2013 0.26"}, false},
+        {1, 100, {"values 26 \u2013 98", "values 0 \u2013 26"}, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.att * 1000 + c.maxVal);
+        wizardData().SelMCDAMethod = 2;
+        wizardData().SelAtt = c.att;
+        wizardData().MaxVal = c.maxVal;
+        open();
+        EXPECT_EQ(drawnTexts(*chart()).filter(QRegularExpression("^values")), c.captions);
+        // The ramp's top edge of the wide band: higher (smaller y) towards the best end.
+        const QVector<QPointF> band2 = polygons().at(1);
+        EXPECT_EQ(band2[1].y() > band2[2].y(), c.risesToTheRight);
+        // The bands lie inside the rating area, above the score bar.
+        for (const auto& polygon : polygons())
+            for (const QPointF& p : polygon) EXPECT_TRUE(p.y() >= 0.0 && p.y() <= 78.0) << p.y();
+    }
+}
+
+}  // namespace
+}  // namespace kelmar::test
