@@ -70,14 +70,5 @@ TEST_F(ModelTest, AttributeListMarksDoneAttributesAndKeepsTheRow) {
     EXPECT_EQ(list.currentIndex(), 2);
 }
 
-TEST(PageSupport, CentreFormOnScreenKeepsTheSize) {
-    QWidget page;
-    page.resize(301, 199);
-    CentreFormOnScreen(page);
-    const QRect screen = QGuiApplication::primaryScreen()->geometry();
-    EXPECT_EQ(QRect(page.pos(), page.size()), QRect(screen.x() + (screen.width() - 301) / 2,
-                                                   screen.y() + (screen.height() - 199) / 2, 301, 199));
-}
-
 }  // namespace
 }  // namespace kelmar::test

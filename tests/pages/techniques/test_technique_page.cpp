@@ -223,14 +223,6 @@ TEST_F(DirectRatingTest, RiskAttitudeFollowsTheMiddleScoreAndTheMethodCode) {
     }
 }
 
-// A bare page with a chosen set of features, as a later technique page
-// would declare it.
-class SkeletonPage : public TechniquePage {
-public:
-    explicit SkeletonPage(TechniqueFeatures features)
-        : TechniquePage(kMidPoint, QStringLiteral("frmSkeleton"), QStringLiteral("Skeleton"), features) {}
-};
-
 TEST_F(DirectRatingTest, TheFullSkeletonCarriesEveryControlWithItsCaption) {
     open();
     EXPECT_EQ(page->objectName(), "frmKelDirectRating");
@@ -258,36 +250,6 @@ TEST_F(DirectRatingTest, TheFullSkeletonCarriesEveryControlWithItsCaption) {
     auto* sizes = child<QComboBox>("cmbSmpSize");
     ASSERT_EQ(sizes->count(), 4);
     for (int i = 0; i < 4; ++i) EXPECT_EQ(sizes->itemText(i).toInt(), 2 * i + 5);
-}
-
-TEST_F(DirectRatingTest, LaterPagesLeaveOutWhatTheirFeaturesSay) {
-    // As the midpoint page: no sample size, rating chart, marks, Linear/Restore or read-outs.
-    TechniqueFeatures slider, differences, onCurve;
-    slider.ratingChart = slider.pointMarks = slider.markImages = false;
-    slider.sampleSize = slider.linearRestore = slider.currentScore = false;
-    slider.readout = TechniqueFeatures::Readout::None;
-    differences.readout = TechniqueFeatures::Readout::ScoreDifferences;
-    onCurve.ratingChart = false;
-    onCurve.marksOnValueChart = true;
-    // present: a control and the one it sits on.
-    const struct { TechniqueFeatures features; std::vector<const char*> absent; const char* present[2]; } cases[] = {
-        {slider, {"Label2", "cmbSmpSize", "Label3", "lblCurScore", "Label4", "lblCurValue", "lblScoreDiff",
-                  "picRatingChart", "picScorePoint_0", "imgListMark", "cmdLinear", "cmdRestore"},
-         {"cmbAttributes", "Frame1"}},
-        {differences, {"lblCurValue"}, {"lblScoreDiff", "Frame1"}},
-        {onCurve, {"picRatingChart"}, {"picScorePoint_10", "picVFChart"}},
-    };
-    for (const auto& c : cases) {
-        SkeletonPage skeleton(c.features);
-        for (const char* absent : c.absent)
-            EXPECT_EQ(skeleton.findChild<QObject*>(QString::fromLatin1(absent)), nullptr) << absent;
-        const auto* present = skeleton.findChild<QWidget*>(QString::fromLatin1(c.present[0]));
-        ASSERT_NE(present, nullptr) << c.present[0];
-        EXPECT_EQ(present->parentWidget()->objectName(), c.present[1]);
-        for (const char* always : {"picVFChart", "lblRiskAttitude_2", "cmdS", "cmdHelp", "cmdFinish"})
-            EXPECT_NE(skeleton.findChild<QObject*>(QString::fromLatin1(always)), nullptr) << always;
-    }
-    EXPECT_EQ(SkeletonPage(differences).findChild<QLabel*>(QStringLiteral("Label4"))->text(), "Score differences:");
 }
 
 TEST_F(DirectRatingTest, LoadAndChoosingAnAttributeShowItsPointsAsTheyStand) {
