@@ -286,7 +286,7 @@ TEST_F(DirectRatingTest, LoadAndChoosingAnAttributeShowItsPointsAsTheyStand) {
     EXPECT_NEAR(centreOf(2), 40.0, 1e-6);
 }
 
-TEST_F(DirectRatingTest, SpecificationPrintNextAndHelpDoOnlyTheirPart) {
+TEST_F(DirectRatingTest, FunctionViewPrintNextAndHelpDoOnlyTheirPart) {
     open();
     drag(2, 40.0);
     sink.events.clear();
