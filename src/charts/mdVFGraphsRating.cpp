@@ -53,11 +53,6 @@ double rampY(double x, bool falling) {
     return kAreaBottom - (kAreaBottom - kRampTop) * v;
 }
 
-QString valueText(double v, std::int16_t maxVal) {
-    return maxVal == 100 ? fmt::formatNumber(v * 100.0, QStringLiteral("0"))
-                         : fmt::formatNumber(v, QStringLiteral("0.00"));
-}
-
 }  // namespace
 
 void DrawRatingBand(DrawSurface& pic, std::int16_t band, double lo, double hi, bool falling) {
@@ -78,8 +73,8 @@ void DrawRatingBand(DrawSurface& pic, std::int16_t band, double lo, double hi, b
     const double v2 = valueAt(right, falling);
     const std::int16_t maxVal = wizardData().MaxVal;
     const QString caption = QStringLiteral("values %1 \u2013 %2")
-                                .arg(valueText(std::min(v1, v2), maxVal),
-                                     valueText(std::max(v1, v2), maxVal));
+                                .arg(fmt::formatValue(std::min(v1, v2), maxVal),
+                                     fmt::formatValue(std::max(v1, v2), maxVal));
     const double width = pic.textWidth(caption);
     if (width + 1.0 < right - left) {
         pic.setForeColor(look.caption);

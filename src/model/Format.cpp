@@ -119,6 +119,11 @@ QString formatScore(double v) {
     return TrimTrailingPoint(s);
 }
 
+QString formatValue(double value, int maxVal) {
+    return maxVal == 100 ? formatNumber(value * 100.0, QStringLiteral("0"))
+                         : formatNumber(value, QStringLiteral("0.00"));
+}
+
 QString currencyText(double v) {
     // The currency type holds at most 922,337,203,685,477.5807.
     if (!std::isfinite(v) || std::fabs(v) > 922337203685477.5)

@@ -16,6 +16,10 @@ QString formatNumber(double v, const QString& pattern);
 // A score in a box or a label: "0.##" with one trailing point removed.
 QString formatScore(double v);
 
+// A sample value (0 .. 1) as the pages show it: hundredths as a whole number
+// on the value range 100 ("73"), two decimals otherwise ("0.73").
+QString formatValue(double value, int maxVal);
+
 // A score as a 4-decimal currency amount turned into text: at most four
 // decimals, no trailing zeros (2.5 -> "2.5", 1/3 -> "0.3333"). A number
 // beyond the currency range raises error 6.

@@ -63,6 +63,17 @@ private:
     std::int16_t saved_;
 };
 
+// Lays n linear points out on the attribute's range, in its orientation, and
+// computes its middle score again.
+void layLinear(WizardData& w, std::int16_t att, std::int16_t n) {
+    std::int16_t a = att;
+    {
+        CurrentAttribute current(w, att);
+        SetLinearSamplePoints(a, n);
+    }
+    if (holds(w.ScoreMiddle, att)) w.ScoreMiddle(att) = ComputeScoreMiddle(a);
+}
+
 // An attribute for which the host has no usable function (no sample size, or
 // one that the sample arrays cannot hold) starts as a straight line of five
 // points on its range, so that a technique page has marks to show and Finish
@@ -73,12 +84,7 @@ void startLinear(WizardData& w, std::int16_t att) {
     if (!holds(w.VFunType, att)) return;
     w.SmpSize(att) = Variant(kStartSize);
     w.VFunType(att) = Variant(std::int16_t(0));
-    std::int16_t a = att, points = kStartSize;
-    {
-        CurrentAttribute current(w, att);
-        SetLinearSamplePoints(a, points);
-    }
-    if (holds(w.ScoreMiddle, att)) w.ScoreMiddle(att) = ComputeScoreMiddle(a);
+    layLinear(w, att, kStartSize);
 }
 
 // Keeps the first sample point on ScoreMinimum and the last on ScoreMaximum
@@ -110,25 +116,20 @@ void fitSamplePoints(WizardData& w, std::int16_t att) {
     const double lastX = xs.back();
     if (first == low && lastX == high) return;
 
-    const bool linear = !holds(w.VFunType, att) || isLinearType(w.VFunType(att));
-    std::int16_t a = att;
-    if (linear) {
-        CurrentAttribute current(w, att);
-        std::int16_t points = static_cast<std::int16_t>(n);
-        SetLinearSamplePoints(a, points);
-    } else {
-        const bool inside = n == 2 || (xs[1] > low && xs[static_cast<std::size_t>(n - 2)] < high);
-        if (!inside) {
-            if (!(first < lastX)) return;  // no order to stretch
-            const double scale = (high - low) / (lastX - first);
-            for (int k = 1; k <= n - 2; ++k) {
-                w.SmpX(att, k) =
-                    checkedResult(low + (xs[static_cast<std::size_t>(k)] - first) * scale);
-            }
-        }
-        w.SmpX(att, 0) = w.ScoreMinimum(att);
-        w.SmpX(att, n - 1) = w.ScoreMaximum(att);
+    if (!holds(w.VFunType, att) || isLinearType(w.VFunType(att))) {
+        layLinear(w, att, static_cast<std::int16_t>(n));
+        return;
     }
+    const bool inside = n == 2 || (xs[1] > low && xs[static_cast<std::size_t>(n - 2)] < high);
+    if (!inside) {
+        if (!(first < lastX)) return;  // no order to stretch
+        const double scale = (high - low) / (lastX - first);
+        for (int k = 1; k <= n - 2; ++k)
+            w.SmpX(att, k) = checkedResult(low + (xs[static_cast<std::size_t>(k)] - first) * scale);
+    }
+    w.SmpX(att, 0) = w.ScoreMinimum(att);
+    w.SmpX(att, n - 1) = w.ScoreMaximum(att);
+    std::int16_t a = att;
     if (holds(w.ScoreMiddle, att)) w.ScoreMiddle(att) = ComputeScoreMiddle(a);
 }
 

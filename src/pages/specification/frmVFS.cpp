@@ -39,7 +39,7 @@ QString frmVFS::orientationText(const Variant& property) {
 
 frmVFS::frmVFS(QWidget* parent) : KelPage(kNoPageId, parent) {
     setObjectName(QStringLiteral("frmVFS"));
-    setWindowTitle(QStringLiteral("Kelmar: Value Function Specification"));
+    setWindowTitle(QStringLiteral("Kelmar: Attribute and Value Function"));
 
     lblAttName_ = new QLabel(this);
     lblAttName_->setObjectName(QStringLiteral("lblAttName"));

@@ -1,5 +1,5 @@
 // The function view (frmVFS): what the current attribute is and which kind of
-// value function it has. Technique pages open it with their Specification
+// value function it has. Technique pages open it with their cmdS
 // button; closing it raises UnloadKelVFS.
 #pragma once
 

@@ -369,19 +369,6 @@ DrawSurface* TechniquePage::markSurface() const {
 
 void TechniquePage::addToUpperFrame(QWidget* widget) { upperLayout_->addWidget(widget); }
 
-void TechniquePage::FillPolygon(DrawSurface& pic, const std::vector<QPointF>& points,
-                                std::int16_t count, OleColor colour) {
-    if (count < 0 || static_cast<std::size_t>(count) >= points.size())
-        throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    // The record keeps user units, so the polygon stays in place when the
-    // picture is resized; the surface's own settings are not touched.
-    QVector<QPointF> corners;
-    corners.reserve(count);
-    for (std::int16_t k = 1; k <= count; ++k)
-        corners.push_back(pic.toUser(points[static_cast<std::size_t>(k)]));
-    pic.polygon(corners, colour);
-}
-
 // --- Helpers -----------------------------------------------------------------
 
 std::int16_t TechniquePage::currentAttribute() { return wizardData().SelAtt; }

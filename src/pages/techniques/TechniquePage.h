@@ -15,7 +15,6 @@
 
 #include <array>
 #include <cstdint>
-#include <vector>
 
 class QBoxLayout;
 class QComboBox;
@@ -177,11 +176,6 @@ protected:
     double scaleFactor() const;
     // Adds a page's own widget under the rating chart in the upper frame.
     void addToUpperFrame(QWidget* widget);
-    // A solid polygon in colour on pic (winding fill rule), its corners
-    // given in pixels of the picture as it stands, points[1] .. points[count]
-    // (points[0] is not used). A count beyond the points raises error 9.
-    static void FillPolygon(DrawSurface& pic, const std::vector<QPointF>& points,
-                            std::int16_t count, OleColor colour);
 
     DrawSurface* markSurface() const;
 

@@ -33,6 +33,13 @@ double positionOf(double value, bool falling) {
     return falling ? 100.0 - value * 100.0 : value * 100.0;
 }
 
+// Prints text centred on x with its top at y.
+void printCentred(DrawSurface& pic, double x, double y, const QString& text) {
+    pic.setCurrentX(x - pic.textWidth(text) / 2.0);
+    pic.setCurrentY(y);
+    pic.print(text);
+}
+
 }  // namespace
 
 frmKelDirectRating::frmKelDirectRating(QWidget* parent)
@@ -116,27 +123,15 @@ void frmKelDirectRating::DrawRatingChart(std::int16_t& att, Variant& scoreMinimu
         const QString hints[2] = {
             tr("Drag each mark to the value of its score; point at a mark to see the score."),
             tr("A selected mark also moves with the arrow keys (Shift: ten steps).")};
-        double y = 26.0;
-        for (const QString& hint : hints) {
-            pic.setCurrentX(50.0 - pic.textWidth(hint) / 2.0);
-            pic.setCurrentY(y);
-            pic.print(hint);
-            y += 14.0;
-        }
+        printCentred(pic, 50.0, 26.0, hints[0]);
+        printCentred(pic, 50.0, 40.0, hints[1]);
     }
 
     // Tick labels: label i belongs to the value i/4, wherever that value
     // lies on the scale.
     pic.setForeColor(ole::Black);
-    for (int i = 0; i <= 4; ++i) {
-        const QString text = w.MaxVal == 100
-                                 ? QString::number(i * 25)
-                                 : fmt::formatNumber(i / 4.0, QStringLiteral("0.00"));
-        const double x = positionOf(i / 4.0, falling);
-        pic.setCurrentX(x - pic.textWidth(text) / 2.0);
-        pic.setCurrentY(kLabelTop);
-        pic.print(text);
-    }
+    for (int i = 0; i <= 4; ++i)
+        printCentred(pic, positionOf(i / 4.0, falling), kLabelTop, fmt::formatValue(i / 4.0, w.MaxVal));
 
     for (const float x : ticks) pic.line(x, 88.0, x, 94.0, ole::Black);
 }
@@ -164,10 +159,7 @@ void frmKelDirectRating::ShowPointLabels(int index) {
     WizardData& w = wizardData();
     const std::int16_t att = w.SelAtt;
     lblCurScore->setText(fmt::formatNumber(w.SmpX(att, index).toDouble(), QStringLiteral("0.00")));
-    const double value = w.SmpY(att, index).toDouble();
-    lblCurValue->setText(w.MaxVal != 100
-                             ? fmt::formatNumber(value, QStringLiteral("0.00"))
-                             : fmt::formatNumber(value * 100.0, QStringLiteral("0")));
+    lblCurValue->setText(fmt::formatValue(w.SmpY(att, index).toDouble(), w.MaxVal));
 }
 
 }  // namespace kelmar
