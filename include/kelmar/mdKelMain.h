@@ -138,6 +138,23 @@ void CategoryPointsRefresh(std::int16_t& att, std::int16_t& newSize, std::int16_
 void CategoryPointsFromOtherTechnique(std::int16_t& att, std::int16_t& newSize,
                                       std::int16_t& oldSize);
 
+// --- Judgments on neighbouring points -------------------------------------
+
+// The value that point `index` of attribute att takes when a drag would
+// carry it across its neighbour `neighbour` (index - 1 or index + 1): the
+// neighbour's value moved 0.025 towards the point's own side in value terms
+// (upwards from the lower-value neighbour, downwards from the higher one,
+// so for a cost attribute the other way round than for a benefit one), kept
+// between the two neighbours. Writes SmpY(att, index) and returns it.
+double SetValueBesideNeighbour(std::int16_t& att, std::int16_t& index, std::int16_t& neighbour);
+
+// The bisection judgment table for n points: BisectionTable(0 .. n - 1)
+// with the fixed rows of the five- and nine-point halvings. Any n other
+// than 5 gets the nine-point rows, so a size below 9 other than 5 fails with
+// a subscript-out-of-range error once a row beyond n - 1 is written (the
+// rows written before it stay).
+void BuildBisectionTable(std::int16_t& n);
+
 // --- Page support ----------------------------------------------------------
 
 void CentreFormOnScreen(QWidget& form);
