@@ -388,9 +388,7 @@ void TechniquePage::refreshAttributeList() { FillAttributeList(*cmbAttributes); 
 
 void TechniquePage::showSampleSizeEntry() {
     if (cmbSmpSize == nullptr) return;
-    const int n = sampleSize();
-    const int index = (n - 5) / 2;
-    cmbSmpSize->setCurrentIndex(n >= 5 && n % 2 == 1 && index < cmbSmpSize->count() ? index : -1);
+    cmbSmpSize->setCurrentIndex(cmbSmpSize->findText(QString::number(sampleSize())));
 }
 
 void TechniquePage::selectMark(int index) {
@@ -516,7 +514,7 @@ void TechniquePage::markFocused(int index) {
         if (index >= sampleSize()) return;
         selectMark(index);
         showPointLabels(index);
-        onMarkPressed(index);
+        onMarkFocused(index);
     });
 }
 
@@ -589,8 +587,7 @@ void TechniquePage::onLoad() {
     DrawPanel(*picPanel, 0.0, 0.0, 100.0, 100.0, 1);
     if (cmbSmpSize != nullptr) {
         cmbSmpSize->clear();
-        cmbSmpSize->addItems({QStringLiteral("5"), QStringLiteral("7"), QStringLiteral("9"),
-                              QStringLiteral("11")});
+        cmbSmpSize->addItems(sampleSizeEntries());
     }
     refreshPage();
     raiseSendMasseges(QStringLiteral("Specify single-attribute value functions."));
@@ -619,6 +616,10 @@ void TechniquePage::onAttributeChosen(int listIndex) {
 
 std::int16_t TechniquePage::sizeForListIndex(int listIndex) const {
     return checkedAdd(checkedMul(2, static_cast<std::int16_t>(listIndex)), 5);
+}
+
+QStringList TechniquePage::sampleSizeEntries() const {
+    return {QStringLiteral("5"), QStringLiteral("7"), QStringLiteral("9"), QStringLiteral("11")};
 }
 
 void TechniquePage::onSampleSizeChosen(int listIndex) {

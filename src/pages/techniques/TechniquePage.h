@@ -135,10 +135,15 @@ protected:
     virtual void afterDragStep(int index);
     // After the selection at MouseDown (the lottery pages draw here).
     virtual void onMarkPressed(int index) { Q_UNUSED(index) }
+    // After the selection of a mark reached with Tab; the same as a press
+    // unless a page tells them apart.
+    virtual void onMarkFocused(int index) { onMarkPressed(index); }
     // The release of a dragged mark (left button).
     virtual void onMarkReleased(int index);
     // Sample size of a cmbSmpSize list index; below 0 ignores the choice.
     virtual std::int16_t sizeForListIndex(int listIndex) const;
+    // The entries of cmbSmpSize in list order, as sizeForListIndex reads them.
+    virtual QStringList sampleSizeEntries() const;
     // cmdCUFPrint: no action unless a page gives it one.
     virtual void onPrint() {}
     // Redraws everything for the current attribute (after load, attribute
