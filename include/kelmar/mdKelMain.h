@@ -155,6 +155,51 @@ double SetValueBesideNeighbour(std::int16_t& att, std::int16_t& index, std::int1
 // rows written before it stay).
 void BuildBisectionTable(std::int16_t& n);
 
+// --- Lottery judgments ----------------------------------------------------
+
+// The distance a judged probability keeps from each neighbour's value.
+inline constexpr double kProbabilityMargin = 0.005;
+
+// The neighbour of point index whose value is the lower one, the base of
+// the probability slider: index - 1 on a benefit attribute (property copy
+// 0), index + 1 on a cost one.
+std::int16_t ProbabilityBaseNeighbour(std::int16_t& att, std::int16_t& index);
+// The width W of the probability interval that the neighbours of point
+// index leave free: (far neighbour's value - e) - (base neighbour's value
+// + e), as a Single. Neighbours closer than 2e, or out of order, leave no
+// room: the width is then 0.
+float ProbabilityWidth(std::int16_t& att, std::int16_t& index);
+// The probability at slider position `position`: the base neighbour's
+// value plus step * position, summed in double and kept as a Single, never
+// outside 0 .. 1.
+float JudgedProbability(std::int16_t& att, std::int16_t& base, float& step,
+                        std::int16_t& position);
+// Records a judgment on point index: SmpY(att, index) = value, the
+// function becomes the curve through the points, the attribute is done
+// with the selected technique, and index becomes SelPoint.
+void StoreJudgedValue(std::int16_t& att, std::int16_t& index, Variant& value);
+
+// The value a certainty equivalent gives point index: the mean of the
+// values of its two outcomes, rows Lower and Upper of BisectionTable.
+double CertaintyEquivalentValue(std::int16_t& att, std::int16_t& index);
+// The size of the judgment table nearest to n: 5 up to 6 points, 9 above.
+std::int16_t CertaintySampleSize(std::int16_t& n);
+// The inner points of BisectionTable in the order they are judged: by
+// Level (the whole range's halving first), then from the lowest score up.
+std::vector<std::int16_t> CertaintyJudgmentOrder();
+// True when the values of att's points are the equal steps of its size
+// (rising on a benefit attribute, falling on a cost one).
+bool ValuesOnEqualSteps(std::int16_t& att);
+
+// True when att's points have the shape every function keeps: at least two
+// points, the ends at ScoreMinimum and ScoreMaximum, scores strictly
+// rising, every value within 0 .. 1.
+bool SamplePointsInOrder(std::int16_t& att);
+// Puts every inner score that is not strictly between its neighbours (or
+// outside the range) evenly between the nearest scores that are; the
+// values stay.
+void SpreadScoresInOrder(std::int16_t& att);
+
 // --- Page support ----------------------------------------------------------
 
 void CentreFormOnScreen(QWidget& form);
