@@ -1,0 +1,45 @@
+// What the two lottery pages draw alike on their rating chart: the score bar
+// under the marks, the lottery diagram with its sure score and its two
+// uncertain outcomes, the texts on the two branches and a line of guidance.
+#pragma once
+
+#include "charts/DrawSurface.h"
+
+#include <QString>
+
+namespace kelmar::lottery {
+
+// The top of the marks on the chart.
+inline constexpr double kMarkTop = 71.0;
+// The first text row under the score bar.
+inline constexpr double kRowTop = 103.0;
+// The height of one text row under the bar.
+inline constexpr double kRowHeight = 10.0;
+
+// Clears the chart and draws its ground: the scale -8 .. 108 across and
+// from -3 down to room for `rows` text rows under the score bar, the band
+// with the sunken score bar, and a tick at each of the n equally spaced
+// sample positions.
+void DrawScoreBar(DrawSurface& pic, int n, int rows);
+
+// The horizontal chart position of a score: 0 at the minimum, 100 at the
+// maximum.
+double ScorePosition(double score, double minimum, double maximum);
+
+// The diagram: a white box (0, 0)-(100, 70), the teal tree (stem, fork and
+// two branches), the sure score left of the stem, the two outcomes in red
+// at the branches' ends (topOutcome beside the upper branch at y = 26,
+// bottomOutcome beside the lower one at y = 42) and the olive captions.
+void DrawLotteryDiagram(DrawSurface& pic, double sure, double topOutcome, double bottomOutcome);
+
+// The texts on the branches: cleared boxes (40, 15)-(70, 28) and
+// (40, 51)-(70, 65), topText at (46, 16), bottomText at (46, 53).
+void PrintBranchTexts(DrawSurface& pic, const QString& topText, const QString& bottomText);
+
+// A line of guidance in grey, from the left edge, at the given height.
+void PrintGuide(DrawSurface& pic, double y, const QString& text);
+
+// Text centred on x with its top at y, in the picture's fore colour.
+void PrintCentred(DrawSurface& pic, double x, double y, const QString& text);
+
+}  // namespace kelmar::lottery

@@ -1,0 +1,216 @@
+#include "pages/techniques/frmKelVarC.h"
+
+#include "component/PageRegistry.h"
+#include "model/Format.h"
+#include "pages/techniques/LotteryDiagram.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <algorithm>
+
+namespace kelmar {
+
+KELMAR_REGISTER_PAGE(7, frmKelVarC)
+
+namespace {
+
+TechniqueFeatures varCFeatures() {
+    TechniqueFeatures f;
+    f.currentScore = false;
+    f.readout = TechniqueFeatures::Readout::None;
+    return f;
+}
+
+constexpr int kTextRows = 2;  // the point values, then the guidance
+
+}  // namespace
+
+frmKelVarC::frmKelVarC(QWidget* parent)
+    : TechniquePage(kVariableCertainty, QStringLiteral("frmKelVarC"),
+                    QStringLiteral("Kelmar: Variable Certainty Equivalent"), varCFeatures(), parent) {
+    for (PointMark* mark : picScorePoint)
+        mark->setWhatsThis(tr("Drag the mark to the score you would take for sure instead of the lottery"));
+}
+
+std::int16_t frmKelVarC::sizeForListIndex(int listIndex) const {
+    return listIndex == 0 ? 5 : listIndex == 1 ? 9 : -1;
+}
+
+QStringList frmKelVarC::sampleSizeEntries() const { return {QStringLiteral("5"), QStringLiteral("9")}; }
+
+std::int16_t frmKelVarC::firstJudgment() const {
+    const std::vector<std::int16_t> order = CertaintyJudgmentOrder();
+    return order.empty() ? 0 : order.front();
+}
+
+void frmKelVarC::settlePoints() {
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    std::int16_t n = sampleSize();
+    if (n != 5 && n != 9) {
+        std::int16_t size = CertaintySampleSize(n);
+        w.SmpSize(att) = Variant(size);
+        if (n >= 2)
+            UpdateSamplePoints(att, size, n);
+        else
+            SetLinearSamplePoints(att, size);
+        n = size;
+    } else {
+        UpdateSamplePoints(att, n, n);
+    }
+    // Every judgment puts a point at the mean of two others, so the values
+    // are the equal steps of the halvings.
+    if (!ValuesOnEqualSteps(att)) ResampleByValue(att, n, n);
+    if (!SamplePointsInOrder(att)) SpreadScoresInOrder(att);
+    BuildBisectionTable(n);
+}
+
+// --- The rating chart ----------------------------------------------------------
+
+void frmKelVarC::drawRatingChart() {
+    PlaceVarCPoints();
+    DrawCertaintyChart();
+}
+
+void frmKelVarC::PlaceVarCPoints() {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const std::int16_t n = sampleSize();
+    const double low = w.ScoreMinimum(att).toDouble();
+    const double high = w.ScoreMaximum(att).toDouble();
+    for (int i = 0; i < n; ++i) {
+        if (i >= kMarkCount) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+        const double score = w.SmpX(att, i).toDouble();
+        picScorePoint[static_cast<std::size_t>(i)]->setToolTip(
+            fmt::formatNumber(score, QStringLiteral("0.00")));
+        placeMarkCentre(i, lottery::ScorePosition(score, low, high), lottery::kMarkTop);
+    }
+    hideMarksFrom(std::max<int>(n, 0));
+}
+
+void frmKelVarC::DrawCertaintyChart() {
+    WizardData& w = wizardData();
+    std::int16_t n = sampleSize();
+    if (w.BisectionTable.size() != static_cast<std::size_t>(std::max<int>(n, 0))) BuildBisectionTable(n);
+    if (JudgedPoint < 0 || JudgedPoint >= n) {
+        JudgedPoint = firstJudgment();
+        selectMark(JudgedPoint);
+    }
+    DrawSurface& pic = *picRatingChart;
+    lottery::DrawScoreBar(pic, n, kTextRows);
+    DrawLottery(pic, JudgedPoint);
+    ShowPointValues();
+
+    const std::vector<std::int16_t> order = CertaintyJudgmentOrder();
+    const auto place = std::find(order.begin(), order.end(), JudgedPoint);
+    const QString guide =
+        place != order.end()
+            ? tr("Lottery %1 of %2, the whole range first and then its halves: drag the marked "
+                 "point to the score you would take for sure instead.")
+                  .arg(place - order.begin() + 1)
+                  .arg(order.size())
+            : tr("The end points are fixed: press an inner mark to judge its score.");
+    lottery::PrintGuide(pic, lottery::kRowTop + lottery::kRowHeight, guide);
+}
+
+void frmKelVarC::DrawLottery(DrawSurface& pic, std::int16_t judged) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    if (judged < 0 || static_cast<std::size_t>(judged) >= w.BisectionTable.size())
+        throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    const BisectionRecord& row = w.BisectionTable[static_cast<std::size_t>(judged)];
+    lottery::DrawLotteryDiagram(pic, w.SmpX(att, judged).toDouble(), w.SmpX(att, row.Lower).toDouble(),
+                                w.SmpX(att, row.Upper).toDouble());
+    lottery::PrintBranchTexts(pic, QStringLiteral("0.50"), QStringLiteral("0.50"));
+}
+
+void frmKelVarC::ShowPointValues() {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const std::int16_t n = sampleSize();
+    const double low = w.ScoreMinimum(att).toDouble();
+    const double high = w.ScoreMaximum(att).toDouble();
+    DrawSurface& pic = *picRatingChart;
+    pic.filledBox(-8.0, lottery::kRowTop - 0.5, 108.0, lottery::kRowTop + lottery::kRowHeight - 0.5,
+                  ole::ButtonFace);
+    pic.setForeColor(ole::Black);
+    for (int i = 0; i < n; ++i) {
+        const double x = lottery::ScorePosition(w.SmpX(att, i).toDouble(), low, high);
+        lottery::PrintCentred(pic, x, lottery::kRowTop,
+                              fmt::formatNumber(w.SmpY(att, i).toDouble(), QStringLiteral("0.00")));
+    }
+}
+
+// --- Judgments -----------------------------------------------------------------
+
+void frmKelVarC::MovePoint(int index, double x) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const double lower = markLeft(index - 1) + markWidth(index - 1);
+    const double upper = markLeft(index + 1) - markWidth(index);
+    if (x < lower || x > upper) return;
+    placeMarkCentre(index, x, lottery::kMarkTop);
+    const double low = w.ScoreMinimum(att).toDouble();
+    const double high = w.ScoreMaximum(att).toDouble();
+    w.SmpX(att, index) = Variant(low + (high - low) * x / 100.0);
+    picScorePoint.at(static_cast<std::size_t>(index))
+        ->setToolTip(fmt::formatNumber(w.SmpX(att, index).toDouble(), QStringLiteral("0.00")));
+}
+
+void frmKelVarC::afterDragStep(int index) {
+    Q_UNUSED(index)
+    DrawCertaintyChart();
+    drawValueChart();
+}
+
+void frmKelVarC::judge(int index) {
+    JudgedPoint = static_cast<std::int16_t>(index);
+    DrawCertaintyChart();
+}
+
+void frmKelVarC::onMarkPressed(int index) {
+    // Only the left button chooses the lottery.
+    if (leftDown_) judge(index);
+}
+
+void frmKelVarC::onMarkFocused(int index) { judge(index); }
+
+void frmKelVarC::onMarkReleased(int index) {
+    const std::int16_t last = checkedSub(sampleSize(), 1);
+    if (index == 0 || index == last || markLeft(index) == downLeft_) return;
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    std::int16_t point = static_cast<std::int16_t>(index);
+    w.SmpY(att, point) = Variant(CertaintyEquivalentValue(att, point));
+    TechniquePage::onMarkReleased(index);
+    // On to the next lottery in the order of the halvings.
+    const std::vector<std::int16_t> order = CertaintyJudgmentOrder();
+    const auto place = std::find(order.begin(), order.end(), point);
+    if (place != order.end() && place + 1 != order.end()) {
+        JudgedPoint = *(place + 1);
+        selectMark(JudgedPoint);
+    }
+    DrawCertaintyChart();
+}
+
+// --- Handlers ------------------------------------------------------------------
+
+void frmKelVarC::refreshPage() {
+    settlePoints();
+    JudgedPoint = -1;
+    TechniquePage::refreshPage();
+}
+
+void frmKelVarC::onSampleSizeChosen(int listIndex) {
+    const std::int16_t oldSize = sampleSize();
+    JudgedPoint = -1;
+    wizardData().BisectionTable.clear();
+    TechniquePage::onSampleSizeChosen(listIndex);
+    if (sampleSize() != oldSize) {
+        settlePoints();
+        drawRatingChart();
+        drawValueChart();
+    }
+}
+
+}  // namespace kelmar

@@ -1,0 +1,54 @@
+// The Variable Certainty Equivalent page: for each inner point the analyst
+// drags the score they would take for sure instead of an even-chance lottery
+// between two other points; the point's value is the mean of theirs.
+#pragma once
+
+#include "pages/techniques/TechniquePage.h"
+
+namespace kelmar {
+
+class frmKelVarC : public TechniquePage {
+    Q_OBJECT
+public:
+    explicit frmKelVarC(QWidget* parent = nullptr);
+
+    // The rating chart: the score bar, the lottery of the judged point and
+    // the point values.
+    void DrawCertaintyChart();
+    // The lottery diagram on pic for the judged point: its outcomes are the
+    // points whose values it halves.
+    void DrawLottery(DrawSurface& pic, std::int16_t judged);
+    // The values of the points ("0.00") under their marks.
+    void ShowPointValues();
+    // Places the marks at the attribute's sample scores.
+    void PlaceVarCPoints();
+    // Applies a drag position x (0 .. 100 across the score range) to point
+    // index: between the neighbouring marks the mark follows and the score
+    // changes; beyond them nothing happens.
+    void MovePoint(int index, double x);
+
+    // The point under judgment; -1 until the page chooses the first one.
+    std::int16_t JudgedPoint = -1;
+
+protected:
+    void drawRatingChart() override;
+    void movePoint(int index, double position) override { MovePoint(index, position); }
+    void afterDragStep(int index) override;
+    void onMarkPressed(int index) override;
+    void onMarkFocused(int index) override;
+    void onMarkReleased(int index) override;
+    std::int16_t sizeForListIndex(int listIndex) const override;
+    QStringList sampleSizeEntries() const override;
+    void refreshPage() override;
+    void onSampleSizeChosen(int listIndex) override;
+
+private:
+    // Brings the attribute's points to what the page works with: a size
+    // of the judgment table, values on its equal steps, scores in order;
+    // then builds the table.
+    void settlePoints();
+    void judge(int index);
+    std::int16_t firstJudgment() const;
+};
+
+}  // namespace kelmar

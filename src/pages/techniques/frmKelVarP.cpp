@@ -1,0 +1,247 @@
+#include "pages/techniques/frmKelVarP.h"
+
+#include "component/PageRegistry.h"
+#include "model/Format.h"
+#include "pages/techniques/LotteryDiagram.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kelmar {
+
+KELMAR_REGISTER_PAGE(6, frmKelVarP)
+
+namespace {
+
+TechniqueFeatures varPFeatures() {
+    TechniqueFeatures f;
+    f.currentScore = false;
+    f.readout = TechniqueFeatures::Readout::None;
+    return f;
+}
+
+QString probabilityText(double p) { return fmt::formatNumber(p, QStringLiteral("0.000")); }
+
+}  // namespace
+
+frmKelVarP::frmKelVarP(QWidget* parent)
+    : TechniquePage(kVariableProbability, QStringLiteral("frmKelVarP"),
+                    QStringLiteral("Kelmar: Variable Probability"), varPFeatures(), parent) {
+    frameProbability = new QGroupBox(QStringLiteral("Probability"), Frame1);
+    frameProbability->setObjectName(QStringLiteral("frameProbability"));
+    sldProbability = new QSlider(Qt::Horizontal, frameProbability);
+    sldProbability->setObjectName(QStringLiteral("sldProbability"));
+    sldProbability->setRange(0, 10);
+    sldProbability->setSingleStep(1);
+    sldProbability->setPageStep(1);
+    sldProbability->setTickPosition(QSlider::TicksBelow);
+    sldProbability->setTickInterval(1);
+    sldProbability->installEventFilter(this);
+    auto* layout = new QVBoxLayout(frameProbability);
+    layout->setContentsMargins(8, 4, 8, 4);
+    layout->addWidget(sldProbability);
+    addToUpperFrame(frameProbability);
+    setTabOrder(picScorePoint.back(), sldProbability);
+
+    connect(sldProbability, &QSlider::valueChanged, this, [this] { handle([this] { onSliderScroll(); }); });
+    for (PointMark* mark : picScorePoint)
+        mark->setWhatsThis(tr("Press the mark to judge this score with the probability slider"));
+}
+
+bool frmKelVarP::judgingInnerPoint() const {
+    return JudgedPoint > 0 && JudgedPoint < sampleSize() - 1;
+}
+
+// --- The rating chart ----------------------------------------------------------
+
+void frmKelVarP::drawRatingChart() {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const std::int16_t n = sampleSize();
+    // Inner points are judged from the lowest score up, starting with the
+    // first one.
+    if (JudgedPoint < 0 || JudgedPoint >= n) JudgedPoint = n > 2 ? 1 : 0;
+
+    const double low = w.ScoreMinimum(att).toDouble();
+    const double high = w.ScoreMaximum(att).toDouble();
+    for (int i = 0; i < n; ++i) {
+        if (i >= kMarkCount) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+        const double score = w.SmpX(att, i).toDouble();
+        picScorePoint[static_cast<std::size_t>(i)]->setToolTip(
+            fmt::formatNumber(score, QStringLiteral("0.00")));
+        placeMarkCentre(i, lottery::ScorePosition(score, low, high), lottery::kMarkTop);
+    }
+    hideMarksFrom(std::max<int>(n, 0));
+    selectMark(JudgedPoint);
+    SetProbabilityRange(JudgedPoint);
+}
+
+void frmKelVarP::redraw(float p) {
+    DrawSurface& pic = *picRatingChart;
+    const std::int16_t n = sampleSize();
+    lottery::DrawScoreBar(pic, n, 1);
+    DrawLottery(pic, JudgedPoint);
+    ShowProbability(pic, p);
+    const QString guide =
+        judgingInnerPoint()
+            ? tr("Point %1 of %2, from the lowest score up: slide until the sure score and the "
+                 "lottery are equally good, then let go.")
+                  .arg(JudgedPoint)
+                  .arg(n - 2)
+            : tr("The end points are fixed: press an inner mark to judge its score.");
+    lottery::PrintGuide(pic, lottery::kRowTop, guide);
+}
+
+void frmKelVarP::DrawLottery(DrawSurface& pic, std::int16_t judged) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const std::int16_t last = checkedSub(sampleSize(), 1);
+    // p is the chance of the best score, so that p is the sure score's value.
+    const bool cost = w.AttPropertyCopy(att).toDouble() != 0.0;
+    const double best = w.SmpX(att, cost ? 0 : last).toDouble();
+    const double worst = w.SmpX(att, cost ? last : 0).toDouble();
+    lottery::DrawLotteryDiagram(pic, w.SmpX(att, judged).toDouble(), best, worst);
+}
+
+void frmKelVarP::ShowProbability(DrawSurface& pic, float p) {
+    lottery::PrintBranchTexts(pic, probabilityText(static_cast<double>(p)),
+                              probabilityText(1.0 - static_cast<double>(p)));
+}
+
+// --- The slider ----------------------------------------------------------------
+
+void frmKelVarP::SetProbabilityRange(std::int16_t i) {
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    const float value = w.SmpY(att, i).toSingle();
+    if (i == 0 || i == sampleSize() - 1) {
+        sldProbability->setEnabled(false);
+        sldProbability->setToolTip(QString());
+        redraw(value);
+        return;
+    }
+    LowerNeighbour = checkedSub(i, 1);
+    UpperNeighbour = checkedAdd(i, 1);
+    const QSignalBlocker quiet(sldProbability);
+    sldProbability->setEnabled(true);
+    sldProbability->setRange(0, 10);
+    sldProbability->setSingleStep(1);
+    sldProbability->setPageStep(1);
+    baseNeighbour_ = ProbabilityBaseNeighbour(att, i);
+    const float width = ProbabilityWidth(att, i);
+    ProbStep = width / static_cast<float>(sldProbability->maximum());
+
+    // The thumb starts at the step nearest the point's value; the diagram
+    // shows the value itself until the thumb moves.
+    const double base = w.SmpY(att, baseNeighbour_).toDouble();
+    const double steps = ProbStep > 0.0f ? (static_cast<double>(value) - base) / ProbStep : 0.0;
+    sldProbability->setValue(static_cast<int>(std::clamp(std::round(steps), 0.0, 10.0)));
+    sldProbability->setToolTip(fmt::currencyText(static_cast<double>(value)));
+    redraw(value);
+}
+
+float frmKelVarP::sliderProbability() const {
+    std::int16_t att = wizardData().SelAtt;
+    std::int16_t base = baseNeighbour_;
+    float step = ProbStep;
+    std::int16_t position = static_cast<std::int16_t>(sldProbability->value());
+    return JudgedProbability(att, base, step, position);
+}
+
+void frmKelVarP::onSliderScroll() {
+    if (!judgingInnerPoint()) return;
+    const float p = sliderProbability();
+    sldProbability->setToolTip(fmt::currencyText(static_cast<double>(p)));
+    redraw(p);
+}
+
+void frmKelVarP::onSliderRelease() {
+    if (!judgingInnerPoint()) return;
+    if (static_cast<float>(sldProbability->value()) == SliderStart) return;
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    std::int16_t judged = JudgedPoint;
+    Variant p(sliderProbability());
+    StoreJudgedValue(att, judged, p);
+    drawValueChart();
+    ShowProbability(*picRatingChart, w.SmpY(att, judged).toSingle());
+    refreshAttributeList();
+    ShowRiskAttitude(att);
+    // On to the next score up; the last inner point stays judged.
+    if (JudgedPoint < sampleSize() - 2) {
+        JudgedPoint = checkedAdd(JudgedPoint, 1);
+        selectMark(JudgedPoint);
+        SetProbabilityRange(JudgedPoint);
+    }
+}
+
+bool frmKelVarP::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != sldProbability) return TechniquePage::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: {
+        // Only the left button works the slider.
+        if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return true;
+        SliderStart = static_cast<float>(sldProbability->value());
+        return false;
+    }
+    case QEvent::MouseButtonRelease:
+        if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return true;
+        handle([this] { onSliderRelease(); });
+        return false;
+    case QEvent::MouseMove:
+        return (static_cast<QMouseEvent*>(event)->buttons() & ~Qt::LeftButton) != Qt::NoButton;
+    case QEvent::KeyPress:
+        // A key stroke works as a press and a release of its own.
+        if (!static_cast<QKeyEvent*>(event)->isAutoRepeat()) keyStart_ = sldProbability->value();
+        return false;
+    case QEvent::KeyRelease:
+        if (!static_cast<QKeyEvent*>(event)->isAutoRepeat()) {
+            SliderStart = static_cast<float>(keyStart_);
+            handle([this] { onSliderRelease(); });
+        }
+        return false;
+    default:
+        return false;
+    }
+}
+
+// --- Handlers ------------------------------------------------------------------
+
+void frmKelVarP::onMarkPressed(int index) {
+    JudgedPoint = static_cast<std::int16_t>(index);
+    SetProbabilityRange(JudgedPoint);
+}
+
+void frmKelVarP::refreshPage() {
+    JudgedPoint = -1;
+    TechniquePage::refreshPage();
+}
+
+void frmKelVarP::onSampleSizeChosen(int listIndex) {
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    std::int16_t oldSize = sampleSize();
+    JudgedPoint = -1;
+    TechniquePage::onSampleSizeChosen(listIndex);
+    std::int16_t newSize = sampleSize();
+    // A function of another technique keeps its points when the size
+    // changes here; those points no longer fit the new size, so they are
+    // laid out again at equal scores on the old curve.
+    if (newSize != oldSize && !SamplePointsInOrder(att)) {
+        ResampleByScore(att, newSize, oldSize);
+        drawRatingChart();
+        drawValueChart();
+    }
+}
+
+}  // namespace kelmar

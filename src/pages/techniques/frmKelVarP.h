@@ -1,0 +1,60 @@
+// The Variable Probability page: the sample scores stay where they are, and
+// for each inner score the analyst sets, with a slider, the probability at
+// which a lottery between the best and the worst score is as good as that
+// score for sure. The probability becomes the score's value.
+#pragma once
+
+#include "pages/techniques/TechniquePage.h"
+
+class QGroupBox;
+class QSlider;
+
+namespace kelmar {
+
+class frmKelVarP : public TechniquePage {
+    Q_OBJECT
+public:
+    explicit frmKelVarP(QWidget* parent = nullptr);
+
+    // Prepares sldProbability for point i: the neighbours, the base
+    // neighbour by the attribute's kind, the probability per step. An end
+    // point gets no slider.
+    void SetProbabilityRange(std::int16_t i);
+    // The lottery diagram on pic for the judged point.
+    void DrawLottery(DrawSurface& pic, std::int16_t judged);
+    // p and 1 - p on the lottery's branches.
+    void ShowProbability(DrawSurface& pic, float p);
+
+    // Probability per slider step for the judged point.
+    float ProbStep = 0.0f;
+    // Slider position when the left button went down.
+    float SliderStart = 0.0f;
+    // The point under judgment (the last mark pressed); -1 until the page
+    // chooses the first one.
+    std::int16_t JudgedPoint = -1;
+    std::int16_t LowerNeighbour = 0;
+    std::int16_t UpperNeighbour = 0;
+
+protected:
+    void drawRatingChart() override;
+    void onMarkPressed(int index) override;
+    void refreshPage() override;
+    void onSampleSizeChosen(int listIndex) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool judgingInnerPoint() const;
+    // p for the slider position in force.
+    float sliderProbability() const;
+    void onSliderScroll();
+    void onSliderRelease();
+    // Clears the chart and draws the bar, the diagram, p and the guidance.
+    void redraw(float p);
+
+    QGroupBox* frameProbability = nullptr;
+    QSlider* sldProbability = nullptr;
+    std::int16_t baseNeighbour_ = 0;
+    int keyStart_ = 0;
+};
+
+}  // namespace kelmar
