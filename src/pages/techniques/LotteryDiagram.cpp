@@ -2,6 +2,8 @@
 
 #include "model/Format.h"
 
+#include <QLayout>
+
 namespace kelmar::lottery {
 
 namespace {
@@ -23,6 +25,17 @@ void PrintCentred(DrawSurface& pic, double x, double y, const QString& text) {
 
 double ScorePosition(double score, double minimum, double maximum) {
     return maximum == minimum ? 0.0 : (score - minimum) * 100.0 / (maximum - minimum);
+}
+
+void ShapeChart(QWidget& page, DrawSurface& pic) {
+    pic.setMinimumHeight(kChartHeight);
+    pic.setDesignSize(QSize(740, kChartHeight));
+    page.resize(kPageSize);
+    // Settled now, so that the marks placed at load have their final size.
+    // The frame around the chart takes the new height first, then the page.
+    pic.parentWidget()->layout()->activate();
+    page.layout()->activate();
+    page.layout()->setGeometry(page.rect());
 }
 
 void DrawScoreBar(DrawSurface& pic, int n, int rows) {

@@ -5,6 +5,7 @@
 
 #include "charts/DrawSurface.h"
 
+#include <QSize>
 #include <QString>
 
 namespace kelmar::lottery {
@@ -15,6 +16,14 @@ inline constexpr double kMarkTop = 71.0;
 inline constexpr double kRowTop = 103.0;
 // The height of one text row under the bar.
 inline constexpr double kRowHeight = 10.0;
+
+// The height the diagram needs to be read at ease; the lottery pages open
+// tall enough for it.
+inline constexpr int kChartHeight = 240;
+inline constexpr QSize kPageSize{780, 740};
+// Gives the rating chart its height and the font size at that height, and
+// lays the page out again at the size that leaves room for it.
+void ShapeChart(QWidget& page, DrawSurface& pic);
 
 // Clears the chart and draws its ground: the scale -8 .. 108 across and
 // from -3 down to room for `rows` text rows under the score bar, the band

@@ -28,6 +28,7 @@ constexpr int kTextRows = 2;  // the point values, then the guidance
 frmKelVarC::frmKelVarC(QWidget* parent)
     : TechniquePage(kVariableCertainty, QStringLiteral("frmKelVarC"),
                     QStringLiteral("Kelmar: Variable Certainty Equivalent"), varCFeatures(), parent) {
+    lottery::ShapeChart(*this, *picRatingChart);
     for (PointMark* mark : picScorePoint)
         mark->setWhatsThis(tr("Drag the mark to the score you would take for sure instead of the lottery"));
 }
@@ -204,7 +205,6 @@ void frmKelVarC::refreshPage() {
 void frmKelVarC::onSampleSizeChosen(int listIndex) {
     const std::int16_t oldSize = sampleSize();
     JudgedPoint = -1;
-    wizardData().BisectionTable.clear();
     TechniquePage::onSampleSizeChosen(listIndex);
     if (sampleSize() != oldSize) {
         settlePoints();

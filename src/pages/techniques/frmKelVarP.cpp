@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QVBoxLayout>
@@ -46,10 +47,11 @@ frmKelVarP::frmKelVarP(QWidget* parent)
     sldProbability->setTickPosition(QSlider::TicksBelow);
     sldProbability->setTickInterval(1);
     sldProbability->installEventFilter(this);
-    auto* layout = new QVBoxLayout(frameProbability);
-    layout->setContentsMargins(8, 4, 8, 4);
-    layout->addWidget(sldProbability);
+    auto* sliderLayout = new QVBoxLayout(frameProbability);
+    sliderLayout->setContentsMargins(8, 4, 8, 4);
+    sliderLayout->addWidget(sldProbability);
     addToUpperFrame(frameProbability);
+    lottery::ShapeChart(*this, *picRatingChart);
     setTabOrder(picScorePoint.back(), sldProbability);
 
     connect(sldProbability, &QSlider::valueChanged, this, [this] { handle([this] { onSliderScroll(); }); });
@@ -65,11 +67,18 @@ bool frmKelVarP::judgingInnerPoint() const {
 
 void frmKelVarP::drawRatingChart() {
     WizardData& w = wizardData();
-    const std::int16_t att = w.SelAtt;
+    std::int16_t att = w.SelAtt;
     const std::int16_t n = sampleSize();
     // Inner points are judged from the lowest score up, starting with the
     // first one.
     if (JudgedPoint < 0 || JudgedPoint >= n) JudgedPoint = n > 2 ? 1 : 0;
+    // A function of another technique keeps its points when the size
+    // changes here; those points no longer fit the new size, so they are
+    // laid out again at equal scores on the old curve.
+    if (resizing_ && n != oldSize_ && !SamplePointsInOrder(att)) {
+        std::int16_t newSize = n;
+        ResampleByScore(att, newSize, oldSize_);
+    }
 
     const double low = w.ScoreMinimum(att).toDouble();
     const double high = w.ScoreMaximum(att).toDouble();
@@ -228,20 +237,9 @@ void frmKelVarP::refreshPage() {
 }
 
 void frmKelVarP::onSampleSizeChosen(int listIndex) {
-    WizardData& w = wizardData();
-    std::int16_t att = w.SelAtt;
-    std::int16_t oldSize = sampleSize();
     JudgedPoint = -1;
+    const QScopedValueRollback<bool> resizing(resizing_, true);
     TechniquePage::onSampleSizeChosen(listIndex);
-    std::int16_t newSize = sampleSize();
-    // A function of another technique keeps its points when the size
-    // changes here; those points no longer fit the new size, so they are
-    // laid out again at equal scores on the old curve.
-    if (newSize != oldSize && !SamplePointsInOrder(att)) {
-        ResampleByScore(att, newSize, oldSize);
-        drawRatingChart();
-        drawValueChart();
-    }
 }
 
 }  // namespace kelmar

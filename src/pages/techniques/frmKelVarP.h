@@ -55,6 +55,7 @@ private:
     QSlider* sldProbability = nullptr;
     std::int16_t baseNeighbour_ = 0;
     int keyStart_ = 0;
+    bool resizing_ = false;  // a sample size change is laying out the points
 };
 
 }  // namespace kelmar

@@ -1,0 +1,274 @@
+// The lottery pages: the probability slider (worked example, base
+// neighbour, which presses and releases count, the end points), the
+// certainty equivalent's diagram and judgments, the sizes the pages work
+// with, and the points a round of judgments exports.
+#include "LotteryFixture.h"
+
+#include "component/PageRegistry.h"
+
+#include <QGroupBox>
+
+namespace kelmar::test {
+namespace {
+
+template <class Page>
+bool createdAs(int id) {
+    std::unique_ptr<KelPage> made(createPage(id));
+    return dynamic_cast<Page*>(made.get()) != nullptr;
+}
+
+QStringList entries(const QComboBox* combo) {
+    QStringList out;
+    for (int i = 0; i < combo->count(); ++i) out << combo->itemText(i);
+    return out;
+}
+
+// --- Variable probability -----------------------------------------------------
+
+TEST_F(VarPTest, PageHasTheProbabilitySliderAndNoReadouts) {
+    open();
+    EXPECT_TRUE(createdAs<frmKelVarP>(kVariableProbability));
+    EXPECT_EQ(page->windowTitle(), "Kelmar: Variable Probability");
+    EXPECT_EQ(child<QGroupBox>("frameProbability")->title(), "Probability");
+    const QSlider* s = slider();
+    EXPECT_EQ(s->parent(), child<QGroupBox>("frameProbability"));
+    EXPECT_EQ((std::array<int, 4>{s->minimum(), s->maximum(), s->singleStep(), s->pageStep()}),
+              (std::array<int, 4>{0, 10, 1, 1}));
+    for (const char* name : {"Label3", "lblCurScore", "Label4", "lblCurValue"})
+        EXPECT_EQ(page->findChild<QWidget*>(QString::fromLatin1(name)), nullptr) << name;
+    EXPECT_EQ(entries(child<QComboBox>("cmbSmpSize")), QStringList({"5", "7", "9", "11"}));
+    // The page opens on the first inner point: the lowest score after the
+    // minimum, against the best and the worst score.
+    EXPECT_EQ(mark(1)->picture(), 2);
+    EXPECT_EQ(textAt(-1, 34.0), "25.00");
+    EXPECT_EQ(outcomes(), (std::array<QString, 2>{"100.00", "0.00"}));
+}
+
+TEST_F(VarPTest, WorkedExampleFromTheLowerValuedNeighbourOnBothKinds) {
+    // Point 2 between neighbours valued 0.2 and 0.6: on the benefit
+    // attribute the lower neighbour is the base, on the cost one the upper.
+    const struct { int att; double before, after; std::array<QString, 2> outcomes; } cases[] = {
+        {0, 0.2, 0.6, {"100.00", "0.00"}},
+        {1, 0.6, 0.2, {"10.00", "50.00"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.att);
+        fillProblem();
+        wizardData().SmpY(c.att, 1) = c.before;
+        wizardData().SmpY(c.att, 3) = c.after;
+        open(c.att);
+        press(2);
+        EXPECT_EQ(outcomes(), c.outcomes);
+        EXPECT_FLOAT_EQ(page->ProbStep, 0.039f);
+        const struct { int position; std::array<QString, 2> texts; const char* tip; } steps[] = {
+            {0, {"0.200", "0.800"}, "0.2"},
+            {5, {"0.395", "0.605"}, "0.395"},
+            {10, {"0.590", "0.410"}, "0.59"},
+        };
+        mouse(slider(), QEvent::MouseButtonPress, {2, 2}, Qt::LeftButton, Qt::LeftButton);
+        for (const auto& s : steps) {
+            slider()->setValue(s.position);
+            EXPECT_EQ(branches(), s.texts) << s.position;
+            EXPECT_EQ(slider()->toolTip(), s.tip);
+        }
+        mouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::LeftButton, Qt::NoButton);
+        EXPECT_FLOAT_EQ(wizardData().SmpY(c.att, 2).toSingle(), 0.59f);
+    }
+}
+
+TEST_F(VarPTest, OnlyALeftReleaseAtAnotherPositionStores) {
+    open();
+    press(2);
+    // Another button neither moves the thumb nor stores; nor does a release
+    // where the left press began.
+    const int start = slider()->value();
+    mouse(slider(), QEvent::MouseButtonPress, {2, 2}, Qt::RightButton, Qt::RightButton);
+    mouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::RightButton, Qt::NoButton);
+    EXPECT_EQ(slider()->value(), start);
+    slide(start);
+    mouse(slider(), QEvent::MouseButtonPress, {2, 2}, Qt::LeftButton, Qt::LeftButton);
+    slider()->setValue(2);
+    mouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::RightButton, Qt::LeftButton);
+    EXPECT_DOUBLE_EQ(y(0, 2), 0.5);
+    EXPECT_EQ(wizardData().VFunType(0).toInteger(), 0);
+    EXPECT_FALSE(wizardData().AttVFDone(0).toBoolean());
+    EXPECT_EQ(mark(2)->picture(), 2) << "still judging point 2";
+
+    mouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::LeftButton, Qt::NoButton);
+    EXPECT_FLOAT_EQ(wizardData().SmpY(0, 2).toSingle(), 0.25f + 0.049f * 2);
+    EXPECT_EQ(wizardData().VFunType(0).toInteger(), 1);
+    EXPECT_TRUE(wizardData().AttVFDone(0).toBoolean());
+    EXPECT_EQ(wizardData().VFTechniqueID(0).toInteger(), kVariableProbability);
+    EXPECT_EQ(wizardData().SelPoint, 2);
+    // The page leads on to the next score up.
+    EXPECT_EQ(page->JudgedPoint, 3);
+    EXPECT_EQ(mark(3)->picture(), 2);
+    EXPECT_EQ(textAt(-1, 34.0), "75.00");
+}
+
+TEST_F(VarPTest, EndPointsNeverGetTheSlider) {
+    open();
+    for (int end : {0, 4}) {
+        press(end);
+        EXPECT_FALSE(slider()->isEnabled());
+        slide(7);
+        EXPECT_EQ(branches()[0], end == 0 ? "0.000" : "1.000");
+    }
+    EXPECT_DOUBLE_EQ(y(0, 0), 0.0);
+    EXPECT_DOUBLE_EQ(y(0, 4), 1.0);
+    EXPECT_EQ(wizardData().VFunType(0).toInteger(), 0);
+    press(1);
+    EXPECT_TRUE(slider()->isEnabled());
+}
+
+TEST_F(VarPTest, ARoundOfJudgmentsExportsOrderedValues) {
+    for (int att : {0, 1}) {
+        SCOPED_TRACE(att);
+        fillProblem();
+        open(att);
+        // Inner points in the page's order, each set to the top of its room.
+        for (int k = 1; k <= 3; ++k) {
+            ASSERT_EQ(page->JudgedPoint, k);
+            slide(slider()->value() == 10 ? 0 : 10);
+        }
+        click("cmdFinish");
+        EXPECT_EQ(sink.events, (std::vector<std::string>{"ExportResults", "UnloadKelmar"}));
+        for (int k = 1; k < 5; ++k) {
+            EXPECT_GT(x(att, k), x(att, k - 1));
+            const double step = y(att, k) - y(att, k - 1);
+            EXPECT_TRUE(att == 0 ? step >= 0 : step <= 0) << k;
+            EXPECT_GE(y(att, k), 0.0);
+            EXPECT_LE(y(att, k), 1.0);
+        }
+        // Alternative 0 lies on a sample score: 50 of 0 .. 100, 20 of 10 .. 50.
+        EXPECT_NEAR(sink.exportedValues(0, att).toDouble(), y(att, att == 0 ? 2 : 1), 1e-6);
+    }
+}
+
+TEST_F(VarPTest, AnotherTechniquesPointsFitANewSize) {
+    WizardData& w = wizardData();
+    w.VFunType(0) = std::int16_t(1);
+    w.VFTechniqueID(0) = std::int16_t(kDirectRating);
+    w.SmpY(0, 1) = 0.4;
+    open();
+    choose("cmbSmpSize", 2);
+    std::int16_t att = 0;
+    EXPECT_EQ(w.SmpSize(0).toInteger(), 9);
+    EXPECT_TRUE(SamplePointsInOrder(att));
+    EXPECT_TRUE(mark(8)->isVisible());
+    EXPECT_EQ(page->JudgedPoint, 1);
+    choose("cmbSmpSize", 0);
+    EXPECT_TRUE(SamplePointsInOrder(att));
+    EXPECT_FALSE(mark(5)->isVisible());
+}
+
+// --- Variable certainty equivalent ------------------------------------------------
+
+TEST_F(VarCTest, PageOffersTheTableSizesAndNoReadouts) {
+    open();
+    EXPECT_TRUE(createdAs<frmKelVarC>(kVariableCertainty));
+    EXPECT_EQ(page->windowTitle(), "Kelmar: Variable Certainty Equivalent");
+    EXPECT_EQ(entries(child<QComboBox>("cmbSmpSize")), QStringList({"5", "9"}));
+    EXPECT_EQ(child<QComboBox>("cmbSmpSize")->currentText(), "5");
+    for (const char* name : {"Label3", "lblCurScore", "Label4", "lblCurValue", "sldProbability"})
+        EXPECT_EQ(page->findChild<QWidget*>(QString::fromLatin1(name)), nullptr) << name;
+}
+
+TEST_F(VarCTest, EvenChancesBetweenTheTableRowsOutcomes) {
+    for (int listIndex : {0, 1}) {
+        open();
+        choose("cmbSmpSize", listIndex);
+        const int n = listIndex == 0 ? 5 : 9;
+        ASSERT_EQ(wizardData().BisectionTable.size(), static_cast<std::size_t>(n));
+        for (int i = 1; i < n - 1; ++i) {
+            press(i);
+            const BisectionRecord& row = wizardData().BisectionTable[static_cast<std::size_t>(i)];
+            EXPECT_EQ(branches(), (std::array<QString, 2>{"0.50", "0.50"}));
+            EXPECT_EQ(outcomes(), (std::array<QString, 2>{score(x(0, row.Lower)), score(x(0, row.Upper))}))
+                << "point " << i << " of " << n;
+            EXPECT_EQ(textAt(-1, 34.0), score(x(0, i)));
+        }
+    }
+}
+
+TEST_F(VarCTest, OpensEveryStoredSizeAtATableSize) {
+    const struct { std::int16_t stored; std::int16_t worked; } cases[] = {{5, 5}, {7, 9}, {9, 9}, {11, 9}, {3, 5}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.stored);
+        fillProblem();
+        WizardData& w = wizardData();
+        w.SmpSize(0) = w.InSmpSize(0) = c.stored;
+        w.SmpX(0, c.stored - 1) = w.InSmpX(0, c.stored - 1) = 100.0;
+        w.SmpY(0, c.stored - 1) = w.InSmpY(0, c.stored - 1) = 1.0;
+        open();
+        std::int16_t att = 0;
+        EXPECT_EQ(w.SmpSize(0).toInteger(), c.worked);
+        EXPECT_EQ(w.BisectionTable.size(), static_cast<std::size_t>(c.worked));
+        EXPECT_TRUE(SamplePointsInOrder(att));
+        EXPECT_TRUE(ValuesOnEqualSteps(att));
+        EXPECT_EQ(child<QComboBox>("cmbSmpSize")->currentText(), QString::number(c.worked));
+        choose("cmbSmpSize", 0);
+        choose("cmbSmpSize", 1);
+        click("cmdRestore");
+        EXPECT_EQ(w.SmpSize(0).toInteger(), c.worked);
+    }
+}
+
+TEST_F(VarCTest, DraggedSureScoreTakesTheMeanOfItsOutcomesAndLeadsOn) {
+    open(1);  // cost: values fall from 1 to 0 over the scores 10 .. 50
+    EXPECT_EQ(page->JudgedPoint, 2) << "the whole range is halved first";
+    press(1, Qt::RightButton);
+    EXPECT_EQ(page->JudgedPoint, 2);
+
+    // The sure score follows the drag before the release.
+    PointMark* m = mark(2);
+    const QPointF grab(m->width() / 2.0, 8.0);
+    mouse(m, QEvent::MouseButtonPress, grab, Qt::LeftButton, Qt::LeftButton);
+    const QPointF to(grab.x() - 10.0 * chart()->width() / 116.0, grab.y());
+    mouse(m, QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+    EXPECT_EQ(textAt(-1, 34.0), "26.00");
+    mouse(m, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+    EXPECT_DOUBLE_EQ(x(1, 2), 26.0);
+    EXPECT_DOUBLE_EQ(y(1, 2), 0.5);
+    EXPECT_EQ(wizardData().VFunType(1).toInteger(), 1);
+    EXPECT_EQ(page->JudgedPoint, 1);
+    EXPECT_EQ(mark(1)->picture(), 2);
+    EXPECT_EQ(outcomes(), (std::array<QString, 2>{"10.00", "26.00"}));
+
+    // A drop beyond a neighbour changes nothing; a drop beside it judges.
+    drag(1, 50.0);
+    EXPECT_DOUBLE_EQ(x(1, 1), 20.0);
+    drag(1, 20.0);
+    EXPECT_DOUBLE_EQ(x(1, 1), 18.0);
+    EXPECT_DOUBLE_EQ(y(1, 1), 0.75);
+    EXPECT_EQ(page->JudgedPoint, 3);
+    EXPECT_EQ(textAt(chart()->childLeft(mark(1)) + chart()->childWidth(mark(1)) / 2.0 -
+                         chart()->textWidth("0.75") / 2.0,
+                     lottery::kRowTop),
+              "0.75");
+}
+
+TEST_F(VarCTest, ARoundOfJudgmentsExportsTheHalvings) {
+    wizardData().VFunType(1) = std::int16_t(1);
+    wizardData().VFTechniqueID(1) = std::int16_t(kDirectRating);
+    open(1);
+    choose("cmbSmpSize", 1);
+    // Every inner point in the page's order, each pulled two units left
+    // (0.8 on the scores 10 .. 50).
+    for (const int k : {4, 2, 6, 1, 3, 5, 7}) {
+        ASSERT_EQ(page->JudgedPoint, k);
+        const double before = x(1, k);
+        const double centre = chart()->childLeft(mark(k)) + chart()->childWidth(mark(k)) / 2.0;
+        drag(k, centre - 2.0);
+        EXPECT_NEAR(x(1, k), before - 0.8, 1e-9);
+    }
+    click("cmdFinish");
+    EXPECT_EQ(sink.events, (std::vector<std::string>{"ExportResults", "UnloadKelmar"}));
+    std::int16_t att = 1;
+    EXPECT_TRUE(SamplePointsInOrder(att));
+    EXPECT_TRUE(ValuesOnEqualSteps(att));
+    EXPECT_EQ(wizardData().VFTechniqueID(1).toInteger(), kVariableCertainty);
+}
+
+}  // namespace
+}  // namespace kelmar::test
