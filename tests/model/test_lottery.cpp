@@ -1,41 +1,11 @@
-// The lottery judgments: the probability interval and the slider's
-// probability, the certainty equivalent's value and order, and the checks
-// that keep a function's points in shape.
+// The lottery judgments where the pages cannot reach: neighbours without
+// room, the certainty equivalent over uneven values, and the repair of
+// scores out of order. The worked example is tested on the page.
 #include "ModelFixture.h"
 
 namespace kelmar::test {
 
 using Lottery = ModelTest;
-
-TEST_F(Lottery, SliderProbabilityStartsAtTheLowerValuedNeighbour) {
-    // Neighbours valued 0.2 and 0.6 around point 2, on either kind of
-    // attribute: the base is the neighbour with the lower value.
-    struct Case {
-        bool cost;
-        std::vector<double> y;
-        I16 base;
-    };
-    const Case cases[] = {
-        {false, {0, 0.2, 0.4, 0.6, 1}, 1},
-        {true, {1, 0.6, 0.4, 0.2, 0}, 3},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.cost ? "cost" : "benefit");
-        w().AttPropertyCopy(0) = I16(c.cost ? 1 : 0);
-        setCurve(0, {0, 25, 50, 75, 100}, c.y, 6);
-        I16 att = 0, index = 2;
-        I16 base = ProbabilityBaseNeighbour(att, index);
-        EXPECT_EQ(base, c.base);
-        const float width = ProbabilityWidth(att, index);
-        EXPECT_FLOAT_EQ(width, 0.39f);
-        float step = width / 10.0f;
-        EXPECT_FLOAT_EQ(step, 0.039f);
-        const std::pair<I16, float> positions[] = {{0, 0.2f}, {5, 0.395f}, {10, 0.59f}};
-        for (auto [position, p] : positions) {
-            EXPECT_FLOAT_EQ(JudgedProbability(att, base, step, position), p) << position;
-        }
-    }
-}
 
 TEST_F(Lottery, NeighboursWithoutRoomPinTheProbability) {
     struct Case {
@@ -59,20 +29,6 @@ TEST_F(Lottery, NeighboursWithoutRoomPinTheProbability) {
     I16 att = 0, base = 2, position = 10;
     float step = 0.5f;
     EXPECT_EQ(JudgedProbability(att, base, step, position), 1.0f);
-}
-
-TEST_F(Lottery, StoredJudgmentMakesTheFunctionACurveOfTheTechnique) {
-    setCurve(0, {0, 25, 50, 75, 100}, {0, 0.25, 0.5, 0.75, 1}, 1);
-    w().VFunType(0) = I16(0);
-    w().SelTechnique = kVariableProbability;
-    I16 att = 0, index = 3;
-    Variant p(0.7f);
-    StoreJudgedValue(att, index, p);
-    EXPECT_FLOAT_EQ(w().SmpY(0, 3).toSingle(), 0.7f);
-    EXPECT_EQ(w().VFunType(0).toInteger(), 1);
-    EXPECT_TRUE(w().AttVFDone(0).toBoolean());
-    EXPECT_EQ(w().VFTechniqueID(0).toInteger(), kVariableProbability);
-    EXPECT_EQ(w().SelPoint, 3);
 }
 
 TEST_F(Lottery, CertaintyEquivalentHalvesItsOutcomesInTheOrderOfTheHalvings) {
@@ -102,18 +58,6 @@ TEST_F(Lottery, CertaintyEquivalentHalvesItsOutcomesInTheOrderOfTheHalvings) {
     }
     // Only the table's sizes are worked with.
     for (I16 n = 0; n <= 12; ++n) EXPECT_EQ(CertaintySampleSize(n), n <= 6 ? 5 : 9) << n;
-}
-
-TEST_F(Lottery, EqualValueStepsByOrientation) {
-    setCurve(0, {0, 25, 50, 75, 100}, {0, 0.25, 0.5, 0.75, 1}, 7);
-    I16 att = 0;
-    EXPECT_TRUE(ValuesOnEqualSteps(att));
-    w().AttPropertyCopy(0) = I16(1);
-    EXPECT_FALSE(ValuesOnEqualSteps(att));
-    setCurve(0, {0, 25, 50, 75, 100}, {1, 0.75f, 0.5, 0.25f, 0}, 7);
-    EXPECT_TRUE(ValuesOnEqualSteps(att));
-    w().SmpY(0, 2) = 0.55;
-    EXPECT_FALSE(ValuesOnEqualSteps(att));
 }
 
 TEST_F(Lottery, ScoresOutOfOrderAreSpreadBetweenTheKeptOnes) {
