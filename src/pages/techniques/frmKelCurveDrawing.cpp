@@ -66,6 +66,9 @@ void frmKelCurveDrawing::PlaceMarks() {
         placeMark(i);
     }
     hideMarksFrom(n < 0 ? 0 : n);
+    // The read-outs belonged to a point that has just been laid out anew.
+    lblCurScore->clear();
+    lblCurValue->clear();
 }
 
 double frmKelCurveDrawing::dragPosition(int index, QPointF pos) const {

@@ -144,6 +144,7 @@ TEST_F(CurveDrawingTest, LinearAndRestorePutTheMarksOnTheChart) {
     drag(3, 20.0);
     click("cmdLinear");
     EXPECT_EQ(funType(1), 0);
+    EXPECT_TRUE(text("lblCurValue").isEmpty()) << "no read-out of a point that has moved";
     for (int k = 0; k < 5; ++k) EXPECT_NEAR(middleOf(k).y(), 100.0 - k * 25.0, 0.5) << k;
     drag(1, 90.0);
     click("cmdRestore");
