@@ -21,7 +21,7 @@ constexpr std::int16_t kPointCount = 32;
 constexpr double kLegendPoint = 7.0;
 constexpr double kLegendSwatch = 5.0;
 constexpr double kLegendPad = 1.0;
-constexpr double kMarkHalf = 0.9;
+constexpr double kMarkHalf = 0.8;
 
 OleColor curveOle(std::size_t index) {
     return qbColor(kCurveColors[index % kCurveColors.size()]);
@@ -133,8 +133,8 @@ void ValueFunctionChart::draw(const QString& attributeName, double scoreMinimum,
 
     // Square marks: as many units high as make them as tall as they are wide.
     const QSize design = pic.designSize();
-    const double halfY = kMarkHalf * (pic.scaleWidth() / design.width()) /
-                         (std::abs(pic.scaleHeight()) / design.height());
+    const double halfY = kMarkHalf * (std::abs(pic.scaleHeight()) / design.height()) /
+                         (pic.scaleWidth() / design.width());
     pic.setDrawWidth(1);
     for (const QPointF& m : marks) {
         const double x = boxX(m.x(), scoreMinimum, scoreMaximum);
