@@ -131,7 +131,7 @@ QJsonObject resultsToJson(const ExportedResults& r, const QStringList& alternati
 }
 
 bool ResultWriter::write(const QJsonObject& results, QString* error) {
-    const QByteArray line = QJsonDocument(results).variantToJson(QJsonDocument::Compact) + '\n';
+    const QByteArray line = QJsonDocument(results).toJson(QJsonDocument::Compact) + '\n';
     if (path_.isEmpty()) {
         const bool ok = std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()),
                                     stream_) == static_cast<std::size_t>(line.size()) &&
