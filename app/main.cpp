@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QTimer>
 
 #include <cstdio>
@@ -80,6 +81,13 @@ int main(int argc, char** argv) {
     if (files.size() > 1) {
         std::fprintf(stderr, "kelmar-host: give at most one problem file\n");
         return 2;
+    }
+    if (parser.isSet(chart)) {
+        const QString suffix = QFileInfo(parser.value(chart)).suffix().toLower();
+        if (suffix != QLatin1String("png") && suffix != QLatin1String("svg")) {
+            std::fprintf(stderr, "kelmar-host: --chart writes a .png or an .svg file\n");
+            return 2;
+        }
     }
     if (parser.isSet(output) && parser.value(output).isEmpty()) {
         std::fprintf(stderr, "kelmar-host: --output needs a file name\n");
