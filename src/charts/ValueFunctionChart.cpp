@@ -127,8 +127,8 @@ void ValueFunctionChart::draw(const QString& attributeName, double scoreMinimum,
         names.push_back(c.label);
         colors.push_back(curveOle(i));
     }
-    // The first curve is drawn last, on top of the others.
-    for (std::size_t i = tables.size(); i-- > 0;)
+    // In order: the last curve (a host's current one) lies on top.
+    for (std::size_t i = 0; i < tables.size(); ++i)
         DrawVFCurve(pic, tables[i], pointCount, 1.0, colors[i]);
 
     // Square marks: as many units high as make them as tall as they are wide.
