@@ -49,7 +49,7 @@ public:
 
     // Draws the chart titled after the attribute over [scoreMinimum,
     // scoreMaximum], value labels 0 .. maxVal (1 or 100), curve i in
-    // curveColor(i), and a small square at every mark (score, value 0 .. 1;
+    // curveColor(i) (in order, the last on top), and a small square at every mark (score, value 0 .. 1;
     // marks beyond the range stand at its edge). A curve with no points is
     // left out. Replaces whatever was drawn before.
     void draw(const QString& attributeName, double scoreMinimum, double scoreMaximum,
