@@ -178,7 +178,7 @@ double LinearParameterA(std::int16_t& att) {
 double LinearParameterB(std::int16_t& att) {
     WizardData& w = wizardData();
     const double end = costAttribute(att) ? w.ScoreMaximum(att).toDouble() : w.ScoreMinimum(att).toDouble();
-    return checkedResult(-LinearParameterA(att) * end);
+    return checkedResult(0.0 - LinearParameterA(att) * end);  // 0, not -0, at a zero end
 }
 
 double ExponentialParameterA(std::int16_t& att, double& middle) {
