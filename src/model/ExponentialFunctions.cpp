@@ -206,7 +206,8 @@ void ResampleExponential(std::int16_t& att, double& middle) {
     // (a steep curve leaves too few points on its flat part otherwise).
     Layout best = layOut(0.0, rate, z, n);
     double bestError = layoutError(best, rate, n);
-    for (int i = 1; i <= 10; ++i) {
+    // Within a thousandth equal steps of value stand without a search.
+    for (int i = 1; i <= 10 && bestError > 0.001; ++i) {
         const Layout candidate = layOut(i / 10.0, rate, z, n);
         const double error = layoutError(candidate, rate, n);
         if (error < bestError) {
