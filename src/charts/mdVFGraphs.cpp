@@ -154,12 +154,16 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
     DrawVFSeries(pic, pointCount, seriesCount, table, divisor);
 }
 
+void SetVFChartScale(DrawSurface& pic) {
+    pic.setScale(kScaleLeft, kScaleTop, kScaleRight, kScaleBottom);
+}
+
 void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
                 std::vector<QString>& valueLabels, std::int16_t& scoreTicks, double& scoreMin,
                 double& scoreMax) {
     pic.setBackColor(kChartBack);
     pic.cls();
-    pic.setScale(kScaleLeft, kScaleTop, kScaleRight, kScaleBottom);
+    SetVFChartScale(pic);
     pic.setDrawWidth(1);
     pic.setForeColor(qbColor(0));
 

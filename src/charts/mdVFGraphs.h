@@ -15,6 +15,11 @@ class DrawSurface;
 // maxVal (1 or 100) chooses the value labels.
 void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal);
 
+// The user scale of the value function chart, in which the plot box runs
+// from 0 to 100 both ways (values upwards); the axes routine sets it, and a
+// page that places marks on the chart before its first drawing sets it too.
+void SetVFChartScale(DrawSurface& pic);
+
 // The axes routine: clears the picture and draws frame, grid, title, labels.
 void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
                 std::vector<QString>& valueLabels, std::int16_t& scoreTicks, double& scoreMin,
