@@ -2,6 +2,7 @@
 // score and its tip text) and a release (the judgment, the exponential's
 // points, the value function chart, the risk attitude and the labels), on
 // an offscreen page with eleven points; and the resampling alone.
+#include "PageDrag.h"
 #include "pages/techniques/frmKelMidPoint.h"
 
 #include <kelmar/mdKelMain.h>
@@ -19,31 +20,14 @@ namespace {
 
 using namespace kelmar;
 
+// The shared eleven-point attribute, as a straight line with its middle
+// score and room for the parameters.
 void fillOneAttribute() {
+    bench::fillElevenPoints(kMidPoint, 1);
     WizardData& w = wizardData();
-    w = WizardData{};
-    w.AttNum = 1;
-    w.AltNum = 1;
-    w.MaxVal = 100;
-    w.SelTechnique = kMidPoint;
-    w.SelMCDAMethod = 1;
-    for (VariantArray* a : {&w.AttName, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum, &w.ScoreMinimumCopy,
-                            &w.ScoreMaximumCopy, &w.AttPropertyCopy, &w.SmpSize, &w.VFunType, &w.VFTechniqueID,
-                            &w.AttVFDone, &w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD})
-        a->redim(0, 0);
-    for (VariantArray* a : {&w.SmpX, &w.SmpY}) a->redim(0, 0, 0, 10);
-    w.AttName(0) = Variant("Comfort");
-    w.ScoreMinimum(0) = w.ScoreMinimumCopy(0) = Variant(0.0);
-    w.ScoreMaximum(0) = w.ScoreMaximumCopy(0) = Variant(10.0);
+    for (VariantArray* a : {&w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD}) a->redim(0, 0);
     w.ScoreMiddle(0) = Variant(5.0);
-    w.AttPropertyCopy(0) = Variant(std::int16_t(0));
-    w.SmpSize(0) = Variant(std::int16_t(11));
     w.VFunType(0) = Variant(std::int16_t(0));
-    w.AttVFDone(0) = Variant(false);
-    for (int k = 0; k <= 10; ++k) {
-        w.SmpX(0, k) = Variant(k * 1.0);
-        w.SmpY(0, k) = Variant(k / 10.0);
-    }
 }
 
 void ensureApplication() {
