@@ -603,7 +603,7 @@ void TechniquePage::ShowRiskAttitude(std::int16_t att) {
         }
     };
 
-    w.ScoreMiddle(att) = Variant(ComputeScoreMiddle(att));
+    w.ScoreMiddle(att) = Variant(middleScore(att));
     if (isLinearType(w.VFunType(att))) {
         highlight(1);
         return;
@@ -620,6 +620,8 @@ void TechniquePage::ShowRiskAttitude(std::int16_t att) {
         highlight(middle < centre ? 2 : 0);
     }
 }
+
+float TechniquePage::middleScore(std::int16_t att) { return ComputeScoreMiddle(att); }
 
 // --- Common handlers ---------------------------------------------------------
 

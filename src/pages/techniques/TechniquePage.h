@@ -152,6 +152,9 @@ protected:
     virtual std::int16_t sizeForListIndex(int listIndex) const;
     // cmdCUFPrint: no action unless a page gives it one.
     virtual void onPrint() {}
+    // The middle score that the risk attitude display stores and compares
+    // (ComputeScoreMiddle unless a page knows it better).
+    virtual float middleScore(std::int16_t att);
     // Redraws everything for the current attribute (after load, attribute
     // change and Restore).
     virtual void refreshPage();
