@@ -170,7 +170,7 @@ void ScoreAxisPage::drawAxis(std::int16_t att, double scoreMinimum, double score
     pic.filledBox(-1.0, 0.0, 101.0, kAreaBottom, ole::White, ole::Black);
 
     // The two stretches of score that the selected point's judgment
-    // compares, side by side, each captioned with its ends.
+    // compares, side by side.
     const int last = n - 1;
     if (selected_ >= 0 && selected_ <= last) {
         const auto [a, b] = comparedPoints(selected_);
@@ -183,8 +183,10 @@ void ScoreAxisPage::drawAxis(std::int16_t att, double scoreMinimum, double score
             const SpanLook& look = kSpans[s];
             const double x1 = position(from), x2 = position(to);
             pic.filledBox(x1, kSpanTop, x2, kSpanBottom, look.fill, look.edge);
-            const QString caption = scoreText(smpX(att, from).toDouble()) + QStringLiteral(" \u2013 ") +
-                                    scoreText(smpX(att, to).toDouble());
+            // Its ends, or only its length where the ends do not fit.
+            const double low = smpX(att, from).toDouble(), high = smpX(att, to).toDouble();
+            QString caption = scoreText(low) + QStringLiteral(" \u2013 ") + scoreText(high);
+            if (pic.textWidth(caption) + 1.0 >= x2 - x1) caption = scoreText(high - low);
             if (pic.textWidth(caption) + 1.0 < x2 - x1) {
                 pic.setForeColor(look.text);
                 printCentred(pic, (x1 + x2) / 2.0,

@@ -296,6 +296,11 @@ TEST_F(DiffStdSeqTest, ShowsTheTwoStepsBesideTheSelectedPoint) {
               "means more to you, move the selected point towards it.");
     EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{0, 25}, {25, 50}}));
     EXPECT_TRUE(drawnTexts(*chart()).contains("Are these two steps equally preferred?"));
+    EXPECT_TRUE(drawnTexts(*chart()).contains(QString::fromUtf8("0.00 \u2013 25.00")));
+    // A step too narrow for its ends is captioned with its length.
+    drag(2, 30.0);
+    EXPECT_TRUE(drawnTexts(*chart()).contains("5.00"));
+    EXPECT_TRUE(drawnTexts(*chart()).contains(QString::fromUtf8("30.00 \u2013 75.00")));
     drag(2, 60.0);
     EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{25, 60}, {60, 75}}));
     EXPECT_TRUE(text("lblJudgment").startsWith("Judgment 2 of 3"));
