@@ -1,10 +1,11 @@
-// What the page drag benchmarks share: an eleven-point function on one
-// attribute, and drag steps delivered to a mark as mouse moves, each
-// followed by a repaint of the whole page into an image, as the next frame.
+// What the page benchmarks share: one attribute with a function through
+// evenly spread points, and one drag step measured from the mouse move on a
+// mark to the painted page.
 #pragma once
 
 #include <kelmar/mdKelMain.h>
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QImage>
 #include <QMouseEvent>
@@ -13,12 +14,20 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
+
 namespace kelmar::bench {
 
-// One benefit attribute "Comfort" on 0 .. 10 with the straight line through
-// eleven points, values on the 100 scale, for the given technique and
-// method code.
-inline void fillElevenPoints(std::int16_t technique, std::int16_t method) {
+// bench_main.cpp makes the application object before any benchmark runs;
+// this only guards a benchmark run from another entry point.
+inline void ensureApplication() {
+    if (QApplication::instance() == nullptr) std::abort();
+}
+
+// Attribute 0 "Comfort", scores 0 .. 10, a curve (type 1) through `size`
+// points at equal steps of score and value, on the value range 100, with the
+// given method code (2: with the decoration bands); the technique chosen is `technique`.
+inline void fillOneAttribute(std::int16_t technique, std::int16_t size, std::int16_t method = 2) {
     WizardData& w = wizardData();
     w = WizardData{};
     w.AttNum = 1;
@@ -36,18 +45,20 @@ inline void fillElevenPoints(std::int16_t technique, std::int16_t method) {
     w.ScoreMinimum(0) = w.ScoreMinimumCopy(0) = Variant(0.0);
     w.ScoreMaximum(0) = w.ScoreMaximumCopy(0) = Variant(10.0);
     w.AttPropertyCopy(0) = Variant(std::int16_t(0));
-    w.SmpSize(0) = Variant(std::int16_t(11));
+    w.SmpSize(0) = Variant(size);
     w.VFunType(0) = Variant(std::int16_t(1));
+    w.VFTechniqueID(0) = Variant(technique);
     w.AttVFDone(0) = Variant(false);
-    for (int k = 0; k <= 10; ++k) {
-        w.SmpX(0, k) = Variant(k * 1.0);
-        w.SmpY(0, k) = Variant(k / 10.0);
+    for (int k = 0; k < size; ++k) {
+        w.SmpX(0, k) = Variant(k * 10.0 / (size - 1));
+        w.SmpY(0, k) = Variant(static_cast<double>(k) / (size - 1));
     }
 }
 
 // Grabs mark at grab (inside it) and, for every benchmark iteration, moves
 // the mouse back and forth by 2 and 4 times unit (pixels), never across a
-// neighbour, then paints page. Releases the mark at the end.
+// neighbour, which runs the page's drag handler; the page is then painted
+// into an image, as the next frame. Releases the mark at the end.
 inline void dragSteps(benchmark::State& state, QWidget& page, QWidget& mark, QPointF grab,
                       QPointF unit) {
     auto send = [&mark](QEvent::Type type, QPointF at, Qt::MouseButton button,
@@ -67,6 +78,15 @@ inline void dragSteps(benchmark::State& state, QWidget& page, QWidget& mark, QPo
         benchmark::DoNotOptimize(frame.constBits());
     }
     send(QEvent::MouseButtonRelease, grab, Qt::LeftButton, Qt::NoButton);
+}
+
+// A horizontal drag of the mark `markName` along the rating chart
+// `chartName` (116 units across), grabbed near its top.
+inline void measureDragStep(benchmark::State& state, QWidget& page, const QString& markName,
+                            const QString& chartName) {
+    auto* mark = page.findChild<QWidget*>(markName);
+    const double unit = page.findChild<QWidget*>(chartName)->width() / 116.0;
+    dragSteps(state, page, *mark, QPointF(mark->width() / 2.0, 8.0), QPointF(unit, 0.0));
 }
 
 }  // namespace kelmar::bench

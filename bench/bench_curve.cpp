@@ -5,17 +5,13 @@
 #include "charts/DrawSurface.h"
 #include "pages/techniques/frmKelCurveDrawing.h"
 
-#include <QApplication>
-
-#include <cstdlib>
-
 namespace {
 
 using namespace kelmar;
 
 void CurveDragStep(benchmark::State& state) {
-    if (QApplication::instance() == nullptr) std::abort();
-    bench::fillElevenPoints(kCurveDrawing, 1);
+    bench::ensureApplication();
+    bench::fillOneAttribute(kCurveDrawing, 11, 1);
     frmKelCurveDrawing page;
     page.resize(780, 620);
     page.load();

@@ -7,45 +7,27 @@
 #include "charts/mdVFGraphs.h"
 #include "pages/techniques/frmKelDirectRating.h"
 
-#include <kelmar/mdKelMain.h>
-
-#include <QApplication>
-
-#include <benchmark/benchmark.h>
-
-#include <cstdlib>
-
 namespace {
 
 using namespace kelmar;
-
-// bench_main.cpp makes the application object before any benchmark runs;
-// this only guards a benchmark run from another entry point.
-void ensureApplication() {
-    if (QApplication::instance() == nullptr) std::abort();
-}
+using namespace kelmar::bench;
 
 void DragStep(benchmark::State& state) {
     ensureApplication();
-    bench::fillElevenPoints(kDirectRating, 2);  // with the decoration bands
+    fillOneAttribute(kDirectRating, 11);
     frmKelDirectRating page;
     page.resize(780, 620);
     page.load();
     page.show();
-    // Grab the middle mark (point 5 at 50) as the analyst would; every step
-    // is one mouse move delivered to the mark, which runs the drag handler:
-    // the drag position, MovePoint, the read-outs and the value function
-    // chart. The page is then painted into an image, as the next frame.
-    auto* mark = page.findChild<QWidget*>(QStringLiteral("picScorePoint_5"));
-    const double unit = page.findChild<QWidget*>(QStringLiteral("picRatingChart"))->width() / 116.0;
-    bench::dragSteps(state, page, *mark, QPointF(mark->width() / 2.0, 8.0), QPointF(unit, 0.0));
+    // The middle mark: point 5 at 50.
+    measureDragStep(state, page, QStringLiteral("picScorePoint_5"), QStringLiteral("picRatingChart"));
 }
 BENCHMARK(DragStep)->Unit(benchmark::kMicrosecond);
 
 // The value function chart alone.
 void ValueChartRedraw(benchmark::State& state) {
     ensureApplication();
-    bench::fillElevenPoints(kDirectRating, 2);
+    fillOneAttribute(kDirectRating, 11);
     frmKelDirectRating page;
     page.load();
     auto* chart = page.findChild<DrawSurface*>(QStringLiteral("picVFChart"));
@@ -56,4 +38,3 @@ void ValueChartRedraw(benchmark::State& state) {
 BENCHMARK(ValueChartRedraw)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
-

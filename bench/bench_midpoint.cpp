@@ -23,7 +23,7 @@ using namespace kelmar;
 // The shared eleven-point attribute, as a straight line with its middle
 // score and room for the parameters.
 void fillOneAttribute() {
-    bench::fillElevenPoints(kMidPoint, 1);
+    bench::fillOneAttribute(kMidPoint, 11, 1);
     WizardData& w = wizardData();
     for (VariantArray* a : {&w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD}) a->redim(0, 0);
     w.ScoreMiddle(0) = Variant(5.0);

@@ -404,9 +404,16 @@ void TechniquePage::refreshAttributeList() { FillAttributeList(*cmbAttributes); 
 
 void TechniquePage::showSampleSizeEntry() {
     if (cmbSmpSize == nullptr) return;
-    const int n = sampleSize();
-    const int index = (n - 5) / 2;
-    cmbSmpSize->setCurrentIndex(n >= 5 && n % 2 == 1 && index < cmbSmpSize->count() ? index : -1);
+    const int index = listIndexForSize(sampleSize());
+    cmbSmpSize->setCurrentIndex(index < cmbSmpSize->count() ? index : -1);
+}
+
+QStringList TechniquePage::sampleSizeEntries() const {
+    return {QStringLiteral("5"), QStringLiteral("7"), QStringLiteral("9"), QStringLiteral("11")};
+}
+
+int TechniquePage::listIndexForSize(std::int16_t size) const {
+    return size >= 5 && size % 2 == 1 ? (size - 5) / 2 : -1;
 }
 
 void TechniquePage::selectMark(int index) {
@@ -630,8 +637,7 @@ void TechniquePage::onLoad() {
     DrawPanel(*picPanel, 0.0, 0.0, 100.0, 100.0, 1);
     if (cmbSmpSize != nullptr) {
         cmbSmpSize->clear();
-        cmbSmpSize->addItems({QStringLiteral("5"), QStringLiteral("7"), QStringLiteral("9"),
-                              QStringLiteral("11")});
+        cmbSmpSize->addItems(sampleSizeEntries());
     }
     refreshPage();
     raiseSendMasseges(QStringLiteral("Specify single-attribute value functions."));

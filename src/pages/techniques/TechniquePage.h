@@ -11,6 +11,7 @@
 #include "pages/common/KelPage.h"
 
 #include <QPixmap>
+#include <QStringList>
 #include <QWidget>
 
 #include <array>
@@ -150,6 +151,10 @@ protected:
     virtual void onMarkReleased(int index);
     // Sample size of a cmbSmpSize list index; below 0 ignores the choice.
     virtual std::int16_t sizeForListIndex(int listIndex) const;
+    // The entries cmbSmpSize is filled with at load, and the entry that
+    // shows a size (-1: none).
+    virtual QStringList sampleSizeEntries() const;
+    virtual int listIndexForSize(std::int16_t size) const;
     // cmdCUFPrint: no action unless a page gives it one.
     virtual void onPrint() {}
     // The middle score that the risk attitude display stores and compares

@@ -55,7 +55,8 @@ inline void fillProblem() {
     }
 }
 
-// A technique page on the problem above; a message box fails the test.
+// A technique page on the problem above; message boxes are recorded and
+// none is expected.
 template <class Page>
 class TechniquePageTest : public PageTest<Page> {
 protected:
