@@ -1,5 +1,6 @@
 #include "model/AkimaCore.h"
 #include "model/Arith.h"
+#include "model/ScoreSequence.h"
 
 #include <kelmar/mdKelMain.h>
 
@@ -7,6 +8,19 @@
 #include <vector>
 
 namespace kelmar {
+
+// Equal value steps: interior values as Singles, the ends as Integers.
+void layOutEqualValues(WizardData& w, std::int16_t att, std::int16_t size) {
+    const std::int16_t intervals = checkedSub(size, 1);
+    const float vstep = csng(checkedDiv(1.0, intervals));
+    const bool cost = isCostOriented();
+    for (std::int16_t k = 1; k <= size - 2; ++k) {
+        const std::int16_t steps = cost ? checkedSub(intervals, k) : k;
+        w.SmpY(att, k) = static_cast<float>(steps) * vstep;
+    }
+    w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
+    w.SmpY(att, intervals) = std::int16_t(cost ? 0 : 1);
+}
 
 namespace {
 
@@ -27,19 +41,6 @@ void layOutScores(WizardData& w, std::int16_t att, std::int16_t size) {
     }
     w.SmpX(att, 0) = w.ScoreMinimum(att);
     w.SmpX(att, checkedSub(size, 1)) = w.ScoreMaximum(att);
-}
-
-// Equal value steps: interior values as Singles, the ends as Integers.
-void layOutValues(WizardData& w, std::int16_t att, std::int16_t size) {
-    const std::int16_t intervals = checkedSub(size, 1);
-    const float vstep = csng(checkedDiv(1.0, intervals));
-    const bool cost = isCostOriented();
-    for (std::int16_t k = 1; k <= size - 2; ++k) {
-        const std::int16_t steps = cost ? checkedSub(intervals, k) : k;
-        w.SmpY(att, k) = static_cast<float>(steps) * vstep;
-    }
-    w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
-    w.SmpY(att, intervals) = std::int16_t(cost ? 0 : 1);
 }
 
 // The old points of the attribute, copied before they are overwritten.
@@ -107,7 +108,7 @@ void UpdateSamplePoints(std::int16_t& att, std::int16_t& newSize, std::int16_t& 
 void SetLinearSamplePoints(std::int16_t& att, std::int16_t& newSize) {
     WizardData& w = wizardData();
     layOutScores(w, att, newSize);
-    layOutValues(w, att, newSize);
+    layOutEqualValues(w, att, newSize);
 }
 
 void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
@@ -126,7 +127,7 @@ void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
 void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
     WizardData& w = wizardData();
     const OldPoints old = copyOldPoints(w, att, oldSize);
-    layOutValues(w, att, newSize);
+    layOutEqualValues(w, att, newSize);
     w.SmpX(att, 0) = w.ScoreMinimum(att);
     w.SmpX(att, checkedSub(newSize, 1)) = w.ScoreMaximum(att);
 

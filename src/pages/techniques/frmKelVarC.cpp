@@ -39,6 +39,8 @@ std::int16_t frmKelVarC::sizeForListIndex(int listIndex) const {
 
 QStringList frmKelVarC::sampleSizeEntries() const { return {QStringLiteral("5"), QStringLiteral("9")}; }
 
+int frmKelVarC::listIndexForSize(std::int16_t size) const { return size == 5 ? 0 : size == 9 ? 1 : -1; }
+
 std::int16_t frmKelVarC::firstJudgment() const {
     const std::vector<std::int16_t> order = CertaintyJudgmentOrder();
     return order.empty() ? 0 : order.front();

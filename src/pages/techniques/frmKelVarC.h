@@ -39,6 +39,7 @@ protected:
     void onMarkReleased(int index) override;
     std::int16_t sizeForListIndex(int listIndex) const override;
     QStringList sampleSizeEntries() const override;
+    int listIndexForSize(std::int16_t size) const override;
     void refreshPage() override;
     void onSampleSizeChosen(int listIndex) override;
 

@@ -1,0 +1,92 @@
+// What the page benchmarks share: one attribute with a function through
+// evenly spread points, and one drag step measured from the mouse move on a
+// mark to the painted page.
+#pragma once
+
+#include <kelmar/mdKelMain.h>
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QImage>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWidget>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+
+namespace kelmar::bench {
+
+// bench_main.cpp makes the application object before any benchmark runs;
+// this only guards a benchmark run from another entry point.
+inline void ensureApplication() {
+    if (QApplication::instance() == nullptr) std::abort();
+}
+
+// Attribute 0 "Comfort", scores 0 .. 10, a curve (type 1) through `size`
+// points at equal steps of score and value, on the value range 100, with the
+// given method code (2: with the decoration bands); the technique chosen is `technique`.
+inline void fillOneAttribute(std::int16_t technique, std::int16_t size, std::int16_t method = 2) {
+    WizardData& w = wizardData();
+    w = WizardData{};
+    w.AttNum = 1;
+    w.AltNum = 1;
+    w.MaxVal = 100;
+    w.SelTechnique = technique;
+    w.SelMCDAMethod = method;
+    for (VariantArray* a : {&w.AttName, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum,
+                            &w.ScoreMinimumCopy, &w.ScoreMaximumCopy, &w.AttPropertyCopy,
+                            &w.SmpSize, &w.VFunType, &w.VFTechniqueID, &w.AttVFDone,
+                            &w.InSmpSize, &w.InVFunType, &w.InVFTechniqueID})
+        a->redim(0, 0);
+    for (VariantArray* a : {&w.SmpX, &w.SmpY, &w.InSmpX, &w.InSmpY}) a->redim(0, 0, 0, 10);
+    w.AttName(0) = Variant("Comfort");
+    w.ScoreMinimum(0) = w.ScoreMinimumCopy(0) = Variant(0.0);
+    w.ScoreMaximum(0) = w.ScoreMaximumCopy(0) = Variant(10.0);
+    w.AttPropertyCopy(0) = Variant(std::int16_t(0));
+    w.SmpSize(0) = Variant(size);
+    w.VFunType(0) = Variant(std::int16_t(1));
+    w.VFTechniqueID(0) = Variant(technique);
+    w.AttVFDone(0) = Variant(false);
+    for (int k = 0; k < size; ++k) {
+        w.SmpX(0, k) = Variant(k * 10.0 / (size - 1));
+        w.SmpY(0, k) = Variant(static_cast<double>(k) / (size - 1));
+    }
+}
+
+// Grabs mark at grab (inside it) and, for every benchmark iteration, moves
+// the mouse back and forth by 2 and 4 times unit (pixels), never across a
+// neighbour, which runs the page's drag handler; the page is then painted
+// into an image, as the next frame. Releases the mark at the end.
+inline void dragSteps(benchmark::State& state, QWidget& page, QWidget& mark, QPointF grab,
+                      QPointF unit) {
+    auto send = [&mark](QEvent::Type type, QPointF at, Qt::MouseButton button,
+                        Qt::MouseButtons buttons) {
+        QMouseEvent event(type, at, mark.mapToGlobal(at), button, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(&mark, &event);
+    };
+    send(QEvent::MouseButtonPress, grab, Qt::LeftButton, Qt::LeftButton);
+    const double offsets[4] = {2.0, -2.0, 4.0, -4.0};
+    QImage frame(page.size() * page.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
+    std::size_t step = 0;
+    for (auto _ : state) {
+        send(QEvent::MouseMove, grab + offsets[step++ % 4] * unit, Qt::NoButton, Qt::LeftButton);
+        QPainter painter(&frame);
+        page.render(&painter);
+        painter.end();
+        benchmark::DoNotOptimize(frame.constBits());
+    }
+    send(QEvent::MouseButtonRelease, grab, Qt::LeftButton, Qt::NoButton);
+}
+
+// A horizontal drag of the mark `markName` along the rating chart
+// `chartName` (116 units across), grabbed near its top.
+inline void measureDragStep(benchmark::State& state, QWidget& page, const QString& markName,
+                            const QString& chartName) {
+    auto* mark = page.findChild<QWidget*>(markName);
+    const double unit = page.findChild<QWidget*>(chartName)->width() / 116.0;
+    dragSteps(state, page, *mark, QPointF(mark->width() / 2.0, 8.0), QPointF(unit, 0.0));
+}
+
+}  // namespace kelmar::bench

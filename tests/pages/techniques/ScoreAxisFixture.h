@@ -1,0 +1,92 @@
+// The Bisection and Difference Standard Sequences pages under test on the
+// three-attribute problem of the technique tests, with the invariants every
+// function they leave must keep.
+#pragma once
+
+#include "TechniqueFixture.h"
+#include "pages/techniques/frmKelBisection.h"
+#include "pages/techniques/frmKelDiffStdSeq.h"
+
+#include <QPushButton>
+
+namespace kelmar::test {
+
+template <class Page>
+class ScoreAxisTest : public TechniquePageTest<Page> {
+protected:
+    using PageTest<Page>::page;
+    using PageTest<Page>::sink;
+
+    static constexpr std::int16_t technique =
+        std::is_same_v<Page, frmKelBisection> ? kBisection : kDiffStandardSequence;
+
+    void SetUp() override {
+        TechniquePageTest<Page>::SetUp();
+        wizardData().SelTechnique = technique;
+    }
+
+    void open(std::int16_t att = 0) {
+        wizardData().SelAtt = att;
+        page = std::make_unique<Page>();
+        page->setEventSink(&sink);
+        page->resize(780, 680);
+        page->load();
+        page->show();
+        sink.events.clear();
+    }
+
+    PointMark* mark(int i) const { return this->template child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i)); }
+    DrawSurface* chart() const { return this->template child<DrawSurface>(QStringLiteral("picRatingChart")); }
+    QString text(const char* label) const { return this->template child<QLabel>(QString::fromLatin1(label))->text(); }
+    double centreOf(int i) const { return chart()->childLeft(mark(i)) + chart()->childWidth(mark(i)) / 2.0; }
+    void choose(const char* list, int index) {
+        auto* combo = this->template child<QComboBox>(QString::fromLatin1(list));
+        emit combo->activated(index);
+    }
+
+    void send(int i, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) const {
+        QMouseEvent event(type, at, mark(i)->mapToGlobal(at), button, held, Qt::NoModifier);
+        QCoreApplication::sendEvent(mark(i), &event);
+    }
+    void press(int i) const { send(i, QEvent::MouseButtonPress, kGrab, Qt::LeftButton, Qt::LeftButton); }
+    // Presses mark i, moves it so that its centre would come to position
+    // target on the score bar, and releases it unless told otherwise.
+    void drag(int i, double target, bool release = true) const {
+        press(i);
+        const QPointF to(kGrab.x() + (target - centreOf(i)) * chart()->width() / 116.0, kGrab.y());
+        send(i, QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+        if (release) send(i, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+    }
+    static constexpr QPointF kGrab{5.5, 6.0};  // the middle of the pin's head
+
+    static std::vector<double> column(const VariantArray& a, int att) {
+        std::vector<double> out;
+        for (int k = 0; k < wizardData().SmpSize(att).toInteger(); ++k) out.push_back(a(att, k).toDouble());
+        return out;
+    }
+    static std::vector<double> scores(int att = 0) { return column(wizardData().SmpX, att); }
+    static std::vector<double> values(int att = 0) { return column(wizardData().SmpY, att); }
+
+    // Ends on the range, scores strictly increasing, values on the equal
+    // steps of the attribute's orientation.
+    static void expectInvariants(int att) {
+        const WizardData& w = wizardData();
+        const std::vector<double> x = scores(att), y = values(att);
+        ASSERT_GE(x.size(), 2U);
+        EXPECT_EQ(x.front(), w.ScoreMinimum(att).toDouble());
+        EXPECT_EQ(x.back(), w.ScoreMaximum(att).toDouble());
+        const bool cost = w.AttPropertyCopy(att).toDouble() != 0.0;
+        const double n = static_cast<double>(x.size() - 1);
+        for (std::size_t k = 0; k < x.size(); ++k) {
+            if (k > 0) {
+                EXPECT_LT(x[k - 1], x[k]) << "scores at " << k;
+            }
+            EXPECT_NEAR(y[k], cost ? 1.0 - k / n : k / n, 1e-6) << "value at " << k;
+        }
+    }
+};
+
+using BisectionTest = ScoreAxisTest<frmKelBisection>;
+using DiffStdSeqTest = ScoreAxisTest<frmKelDiffStdSeq>;
+
+}  // namespace kelmar::test

@@ -1,0 +1,319 @@
+// The two pages that judge scores on the score bar. First what they share,
+// for both: their controls, the chart, refused moves, the score-difference
+// read-out, when a move counts as an edit, the functions they export on
+// either orientation, Linear and Restore. Then what each does of its own:
+// the bisection sizes and the walk through the halvings, the sequence's
+// steps shown side by side.
+#include "ScoreAxisFixture.h"
+
+#include "component/PageRegistry.h"
+
+#include <QComboBox>
+#include <QRegularExpression>
+
+#include <array>
+
+namespace kelmar::test {
+namespace {
+
+template <class Page>
+class ScoreAxisPages : public ScoreAxisTest<Page> {
+protected:
+    static constexpr bool bisection = std::is_same_v<Page, frmKelBisection>;
+};
+using BothPages = ::testing::Types<frmKelBisection, frmKelDiffStdSeq>;
+TYPED_TEST_SUITE(ScoreAxisPages, BothPages);
+
+// The two stretches of score drawn side by side for the judged point.
+std::vector<std::pair<double, double>> spans(const DrawSurface& chart) {
+    std::vector<std::pair<double, double>> out;
+    for (const DrawPrimitive& p : chart.primitives())
+        if (p.kind == DrawPrimitive::Kind::FilledBox && p.p1.y() == 40.0) out.emplace_back(p.p1.x(), p.p2.x());
+    return out;
+}
+
+TYPED_TEST(ScoreAxisPages, CarryScoreDifferencesInPlaceOfTheValue) {
+    this->open();
+    KelPage& page = *this->page;
+    EXPECT_EQ(page.windowTitle(),
+              this->bisection ? "Kelmar: Bisection" : "Kelmar: Difference Standard Sequences");
+    EXPECT_EQ(page.pageId(), this->bisection ? 5 : 4);
+    EXPECT_EQ(this->text("Label3"), "Current score:");
+    EXPECT_EQ(this->text("Label4"), "Score differences:");
+    EXPECT_EQ(page.findChild<QLabel*>(QStringLiteral("lblCurValue")), nullptr);
+    QStringList sizes;
+    auto* combo = this->template child<QComboBox>(QStringLiteral("cmbSmpSize"));
+    for (int i = 0; i < combo->count(); ++i) sizes << combo->itemText(i);
+    EXPECT_EQ(sizes, this->bisection ? QStringList({"5", "9"}) : QStringList({"5", "7", "9", "11"}));
+    EXPECT_EQ(combo->currentText(), "5");
+    const std::unique_ptr<KelPage> created(createPage(page.pageId()));
+    EXPECT_NE(dynamic_cast<TypeParam*>(created.get()), nullptr) << "registered under its id";
+}
+
+// Marks hang at 71 over their scores; the ticks stand at the equal steps
+// whatever the scores are.
+TYPED_TEST(ScoreAxisPages, MarksStandAtTheirScoresOverTicksAtTheEqualSteps) {
+    WizardData& w = wizardData();
+    const double judged[5] = {10, 14, 22, 42, 50};
+    for (int k = 0; k < 5; ++k) w.SmpX(1, k) = judged[k];
+    this->open(1);
+    const double centres[5] = {0, 10, 30, 80, 100};
+    for (int k = 0; k < 5; ++k) {
+        EXPECT_NEAR(this->centreOf(k), centres[k], 1e-9) << k;
+        EXPECT_EQ(this->chart()->childTop(this->mark(k)), 71.0);
+        EXPECT_EQ(this->mark(k)->toolTip(), QString::number(judged[k], 'f', 2));
+    }
+    EXPECT_TRUE(this->mark(5)->isHidden());
+    std::vector<double> ticks;
+    for (const DrawPrimitive& p : this->chart()->primitives())
+        if (p.kind == DrawPrimitive::Kind::Line && p.p1.y() == 90.0 && p.p2.y() == 97.0) ticks.push_back(p.p1.x());
+    EXPECT_EQ(ticks, (std::vector<double>{0, 25, 50, 75, 100}));
+    EXPECT_EQ(drawnTexts(*this->chart()).filter(QRegularExpression("^\\d+$")),
+              QStringList({"10", "20", "30", "40", "50"}));
+}
+
+TYPED_TEST(ScoreAxisPages, AMovePastANeighbourLeavesEverythingAsItWas) {
+    WizardData& w = wizardData();
+    this->open();
+    // Neither page counts a refused move as an edit.
+    this->drag(2, 5.0);
+    EXPECT_EQ(w.VFunType(0).toInteger(), 0);
+    EXPECT_FALSE(w.AttVFDone(0).toBoolean());
+
+    this->drag(2, 60.0);
+    const auto state = [this] {
+        const WizardData& d = wizardData();
+        std::vector<QString> s{this->text("lblCurScore"), this->text("lblScoreDiff"), this->text("lblJudgment"),
+                               d.VFunType(0).toString(), d.AttVFDone(0).toString(),
+                               QString::number(d.SelPoint)};
+        for (int k = 0; k < 5; ++k)
+            s.push_back(QStringLiteral("%1 %2 %3 %4").arg(d.SmpX(0, k).toDouble()).arg(d.SmpY(0, k).toDouble())
+                            .arg(this->centreOf(k)).arg(this->mark(k)->toolTip()));
+        return s;
+    };
+    const auto before = state();
+    for (const double target : {20.0, 24.0, 80.0, 99.0}) {
+        SCOPED_TRACE(target);
+        this->drag(2, target);
+        EXPECT_EQ(state(), before);
+    }
+    EXPECT_FALSE(this->page->MovePoint(2, 74.9));
+    EXPECT_EQ(state(), before);
+}
+
+TYPED_TEST(ScoreAxisPages, ScoreDifferencesAtTheEndsInsideAndBetweenEqualScores) {
+    const struct {
+        std::array<double, 5> x;
+        int index;
+        const char* score;
+        const char* differences;
+    } cases[] = {
+        {{0, 25, 50, 75, 100}, 0, "0.00", "[##] : [25.00]"},
+        {{0, 25, 50, 75, 100}, 4, "100.00", "[25.00] : [##]"},
+        {{0, 25, 50, 75, 100}, 3, "75.00", "[25.00] : [25.00]"},
+        {{0, 10, 32.5, 75, 100}, 2, "32.50", "[22.50] : [42.50]"},
+        {{0, 50, 50, 50, 100}, 2, "50.00", "[0.00] : [0.00]"},
+    };
+    this->open();
+    for (const auto& c : cases) {
+        for (int k = 0; k < 5; ++k) wizardData().SmpX(0, k) = c.x[static_cast<std::size_t>(k)];
+        this->page->ShowPointLabels(c.index);
+        EXPECT_EQ(this->text("lblCurScore").toStdString(), c.score) << c.index;
+        EXPECT_EQ(this->text("lblScoreDiff").toStdString(), c.differences) << c.index;
+    }
+    // Pressing the first mark reads it out the same way.
+    this->SetUp();
+    this->open();
+    this->drag(0, 30.0);
+    EXPECT_EQ(this->text("lblScoreDiff"), "[##] : [25.00]");
+    EXPECT_EQ(this->centreOf(0), 0.0);
+}
+
+// Bisection counts a move at the release, as the other dragging pages do;
+// the sequence page already at the move.
+TYPED_TEST(ScoreAxisPages, AMovedMarkCountsAsAnEdit) {
+    WizardData& w = wizardData();
+    this->open();
+    this->drag(2, 40.0, false);
+    EXPECT_EQ(w.VFunType(0).toInteger(), this->bisection ? 0 : 1);
+    EXPECT_FALSE(w.AttVFDone(0).toBoolean());
+    EXPECT_EQ(this->text("lblScoreDiff"), "[15.00] : [35.00]") << "follows the drag";
+    this->send(2, QEvent::MouseButtonRelease, this->kGrab, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(w.VFunType(0).toInteger(), 1);
+    EXPECT_TRUE(w.AttVFDone(0).toBoolean());
+    EXPECT_EQ(w.VFTechniqueID(0).toInteger(), this->technique);
+    EXPECT_EQ(w.SelPoint, 2);
+    EXPECT_EQ(this->mark(2)->toolTip(), "40.00");
+    EXPECT_EQ(this->template child<QComboBox>(QStringLiteral("cmbAttributes"))->itemText(0),
+              QString::fromUtf8(" \u00A4 Price"));
+}
+
+// A judgment sequence on a benefit and on a cost attribute: the scores as
+// placed, the values on equal steps in the attribute's direction, and the
+// alternatives valued on the curve through them.
+TYPED_TEST(ScoreAxisPages, ExportsTheJudgedPointsOnEitherOrientation) {
+    const struct {
+        std::int16_t att;
+        std::array<double, 3> positions;  // points 1, 2, 3 in this order
+        std::vector<double> scores, values;
+        std::array<double, 4> exported;  // the four alternatives, value range 100
+    } cases[] = {
+        {0, {10, 25, 50}, {0, 10, 25, 50, 100}, {0, 0.25, 0.5, 0.75, 1}, {75, 0, 100, 50}},
+        {1, {10, 25, 75}, {10, 14, 20, 40, 50}, {1, 0.75, 0.5, 0.25, 0}, {50, 0, 100, 25}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.att);
+        this->SetUp();
+        wizardData().MaxVal = 100;
+        this->open(c.att);
+        for (int k = 0; k < 3; ++k) this->drag(k + 1, c.positions[static_cast<std::size_t>(k)]);
+        this->click("cmdFinish");
+        EXPECT_EQ(this->sink.events, (std::vector<std::string>{"ExportResults", "UnloadKelmar"}));
+        EXPECT_EQ(this->scores(c.att), c.scores);
+        EXPECT_EQ(this->values(c.att), c.values);
+        this->expectInvariants(c.att);
+        for (int a = 0; a < 4; ++a)
+            EXPECT_NEAR(this->sink.exportedValues(a, c.att).toDouble(), c.exported[static_cast<std::size_t>(a)], 1e-9)
+                << "alternative " << a;
+    }
+}
+
+// A host function of another shape and size arrives on equal value steps,
+// through the host's curve; Linear straightens it, Restore brings the
+// host's back.
+TYPED_TEST(ScoreAxisPages, ForeignFunctionsLinearAndRestoreKeepEqualValueSteps) {
+    WizardData& w = wizardData();
+    const double y[7] = {0, 0.3, 0.55, 0.72, 0.85, 0.94, 1};  // rising fast at first
+    w.SmpSize(2) = w.InSmpSize(2) = std::int16_t(7);
+    w.VFunType(2) = w.InVFunType(2) = std::int16_t(1);
+    w.VFTechniqueID(2) = w.InVFTechniqueID(2) = std::int16_t(kDirectRating);
+    for (int k = 0; k < 7; ++k) {
+        w.SmpX(2, k) = w.InSmpX(2, k) = 1.0 + 4.0 * k / 6.0;
+        w.SmpY(2, k) = w.InSmpY(2, k) = y[k];
+    }
+    this->open(2);
+    const std::int16_t n = this->bisection ? 9 : 7;
+    ASSERT_EQ(w.SmpSize(2).toInteger(), n);
+    this->expectInvariants(2);
+    EXPECT_LT(w.SmpX(2, n / 2).toDouble(), 3.0) << "one half is reached early on this curve";
+
+    this->click("cmdLinear");
+    EXPECT_EQ(w.VFunType(2).toInteger(), 0);
+    this->expectInvariants(2);
+    EXPECT_NEAR(w.SmpX(2, 1).toDouble(), 1.0 + 4.0 / (n - 1), 1e-6);
+    EXPECT_NEAR(this->centreOf(1), 100.0 / (n - 1), 1e-4);
+
+    this->click("cmdRestore");
+    EXPECT_FALSE(w.AttVFDone(2).toBoolean());
+    EXPECT_EQ(w.VFunType(2).toInteger(), 1);
+    this->expectInvariants(2);
+    EXPECT_LT(w.SmpX(2, n / 2).toDouble(), 3.0);
+}
+
+// --- Bisection --------------------------------------------------------------
+
+TEST_F(BisectionTest, OnlyFiveOrNinePoints) {
+    WizardData& w = wizardData();
+    open();
+    const struct { int listIndex; std::int16_t size; } choices[] = {{1, 9}, {2, 9}, {3, 9}, {0, 5}, {1, 9}};
+    for (const auto& c : choices) {
+        choose("cmbSmpSize", c.listIndex);
+        EXPECT_EQ(w.SmpSize(0).toInteger(), c.size) << c.listIndex;
+        EXPECT_EQ(w.BisectionTable.size(), static_cast<std::size_t>(c.size));
+        for (int i = 0; i < 11; ++i) EXPECT_EQ(mark(i)->isHidden(), i >= c.size) << i;
+        expectInvariants(0);
+    }
+    // Other sizes arrive as the nearer halving, nine on a tie.
+    for (const auto& [stored, shown] : {std::pair{7, 9}, std::pair{11, 9}, std::pair{5, 5}}) {
+        fillProblem();
+        w.SelTechnique = kBisection;
+        w.SmpSize(2) = std::int16_t(stored);
+        for (int k = 0; k < stored; ++k) {
+            w.SmpX(2, k) = 1.0 + 4.0 * k / (stored - 1);
+            w.SmpY(2, k) = static_cast<double>(k) / (stored - 1);
+        }
+        open(2);
+        EXPECT_EQ(w.SmpSize(2).toInteger(), shown) << stored;
+        EXPECT_EQ(child<QComboBox>("cmbSmpSize")->currentText().toInt(), shown);
+        expectInvariants(2);
+    }
+}
+
+// The walk takes the halvings in the table's order; each judgment names
+// the two scores it halves, as they stand, and the chart shows the two
+// halves side by side.
+TEST_F(BisectionTest, TheWalkGoesThroughTheHalvingsInOrder) {
+    WizardData& w = wizardData();
+    open();
+    choose("cmbSmpSize", 1);
+    const struct {
+        int point;
+        const char* words;
+        std::pair<double, double> lower, upper;
+    } walk[] = {
+        {4, "Judgment 1 of 7, halving 1 of 3: place the selected point halfway in preference between 0.00 and 100.00", {0, 50}, {50, 100}},
+        {2, "Judgment 2 of 7, halving 2 of 3: place the selected point halfway in preference between 0.00 and 50.00", {0, 25}, {25, 50}},
+        {6, "Judgment 3 of 7, halving 2 of 3: place the selected point halfway in preference between 50.00 and 100.00", {50, 75}, {75, 100}},
+        {1, "between 0.00 and 25.00", {0, 12.5}, {12.5, 25}},
+        {3, "between 25.00 and 50.00", {25, 37.5}, {37.5, 50}},
+        {5, "between 50.00 and 75.00", {50, 62.5}, {62.5, 75}},
+        {7, "Judgment 7 of 7, halving 3 of 3: place the selected point halfway in preference between 75.00 and 100.00", {75, 87.5}, {87.5, 100}},
+        {4, "Judgment 1 of 7", {0, 50}, {50, 100}},
+    };
+    for (const auto& step : walk) {
+        SCOPED_TRACE(step.point);
+        EXPECT_EQ(page->judgedPoint(), step.point);
+        EXPECT_EQ(mark(step.point)->picture(), 2);
+        EXPECT_TRUE(text("lblJudgment").contains(step.words)) << text("lblJudgment").toStdString();
+        EXPECT_EQ(spans(*chart()), (std::vector{step.lower, step.upper}));
+        click("cmdNextJudgment");
+    }
+    EXPECT_TRUE(text("lblJudgment").contains("Its value, 0.25, lies halfway between 0.00 and 0.50."));
+
+    // Judging the middle moves what the next halvings name; pressing a mark
+    // takes the walk there.
+    drag(4, 40.0);
+    EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{0, 40}, {40, 100}}));
+    EXPECT_DOUBLE_EQ(w.SmpX(0, 4).toDouble(), 40.0);
+    press(6);
+    EXPECT_TRUE(text("lblJudgment").contains("Judgment 3 of 7, halving 2 of 3: place the selected point halfway in preference between 40.00 and 100.00"));
+    click("cmdNextJudgment");
+    EXPECT_EQ(page->judgedPoint(), 1);
+    EXPECT_EQ(page->focusWidget(), mark(1)) << "ready for the arrow keys";
+    sendKey(mark(1), Qt::Key_Right);
+    EXPECT_DOUBLE_EQ(w.SmpX(0, 1).toDouble(), 14.0) << "to the next whole unit";
+}
+
+// --- Difference standard sequences -----------------------------------------
+
+TEST_F(DiffStdSeqTest, ShowsTheTwoStepsBesideTheSelectedPoint) {
+    wizardData().MaxVal = 100;
+    open();
+    EXPECT_EQ(page->judgedPoint(), 1);
+    EXPECT_EQ(text("lblJudgment"),
+              "Judgment 1 of 3: are these two steps equally preferred? Going from 0.00 to 25.00 and going "
+              "from 25.00 to 50.00 should each be worth one step of value (25). If one of the two steps "
+              "means more to you, move the selected point towards it.");
+    EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{0, 25}, {25, 50}}));
+    EXPECT_TRUE(drawnTexts(*chart()).contains("Are these two steps equally preferred?"));
+    EXPECT_TRUE(drawnTexts(*chart()).contains(QString::fromUtf8("0.00 \u2013 25.00")));
+    // A step too narrow for its ends is captioned with its length.
+    drag(2, 30.0);
+    EXPECT_TRUE(drawnTexts(*chart()).contains("5.00"));
+    EXPECT_TRUE(drawnTexts(*chart()).contains(QString::fromUtf8("30.00 \u2013 75.00")));
+    drag(2, 60.0);
+    EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{25, 60}, {60, 75}}));
+    EXPECT_TRUE(text("lblJudgment").startsWith("Judgment 2 of 3"));
+    // At an end, one step and the end's own words.
+    drag(4, 50.0);
+    EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{75, 100}}));
+    EXPECT_EQ(text("lblJudgment").section('.', 0, 1), "The last point stays at the highest score, 100.00");
+
+    choose("cmbSmpSize", 1);
+    EXPECT_EQ(page->judgedPoint(), 1) << "a new size starts the walk again";
+    expectInvariants(0);
+    EXPECT_TRUE(text("lblJudgment").contains("one step of value (17)"));
+}
+
+}  // namespace
+}  // namespace kelmar::test
