@@ -88,20 +88,28 @@ inline void dragMark(const DrawSurface& chart, PointMark* m, double target,
     sendMouse(m, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
 }
 
-class DirectRatingTest : public PageTest<frmKelDirectRating> {
+// A technique page's test on the three-attribute problem. Message boxes are
+// recorded instead of shown; one that a test did not take out of the record
+// fails it.
+template <class Page>
+class TechniqueTest : public PageTest<Page> {
 protected:
     void SetUp() override {
         fillProblem();
         setMessageBoxHook([this](QMessageBox& box) {
-            messages.push_back(box.text());
+            this->messages.push_back(box.text());
             return QMessageBox::Ok;
         });
     }
     void TearDown() override {
-        page.reset();
+        this->page.reset();
         setMessageBoxHook({});
-        EXPECT_TRUE(messages.empty()) << "an unexpected message box";
+        EXPECT_TRUE(this->messages.empty()) << "an unexpected message box";
     }
+};
+
+class DirectRatingTest : public TechniqueTest<frmKelDirectRating> {
+protected:
 
     // Creates and loads the page for the data as it stands.
     void open() { openPage(page, sink, QSize(780, 620)); }
