@@ -3,14 +3,13 @@
 // the categorization chart and the value function chart. Measured with and
 // without painting the page into an image afterwards (the next frame), on
 // an offscreen page with the categorization chart in front.
+#include "MarkDrag.h"
 #include "pages/techniques/frmKelCatIdn.h"
 
 #include <kelmar/mdKelMain.h>
 
 #include <QApplication>
 #include <QImage>
-#include <QMouseEvent>
-#include <QPainter>
 
 #include <benchmark/benchmark.h>
 
@@ -44,12 +43,6 @@ void fillCategoryAttribute() {
     w.AttVFDone(0) = Variant(false);
 }
 
-void sendMove(QWidget* mark, QPointF to) {
-    QMouseEvent move(QEvent::MouseMove, to, mark->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
-    QCoreApplication::sendEvent(mark, &move);
-}
-
 // Grabs level mark 3 (at 12.5 on the scale, its neighbours at 6.25 and 25)
 // and moves it back and forth by up to two units per step, never across a
 // neighbour; `paint` paints the page into an image after every step.
@@ -62,25 +55,17 @@ void dragLevel(benchmark::State& state, bool paint) {
     page.show();
     auto* mark = page.findChild<QWidget*>(QStringLiteral("picScorePoint_3"));
     const QPointF grab(mark->width() / 2.0, 8.0);
-    QMouseEvent press(QEvent::MouseButtonPress, grab, mark->mapToGlobal(grab), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(mark, &press);
+    bench::sendMarkEvent(mark, QEvent::MouseButtonPress, grab, Qt::LeftButton);
     const double unit = page.findChild<QWidget*>(QStringLiteral("picRatingChart"))->width() / 116.0;
     const double offsets[4] = {2.0, -2.0, 1.0, -1.0};
     QImage frame(page.size() * page.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
     std::size_t step = 0;
     for (auto _ : state) {
-        sendMove(mark, QPointF(grab.x() + offsets[step++ % 4] * unit, grab.y()));
-        if (paint) {
-            QPainter painter(&frame);
-            page.render(&painter);
-            painter.end();
-            benchmark::DoNotOptimize(frame.constBits());
-        }
+        bench::sendMarkEvent(mark, QEvent::MouseMove, QPointF(grab.x() + offsets[step++ % 4] * unit, grab.y()),
+                             Qt::NoButton);
+        if (paint) bench::paintPage(page, frame);
     }
-    QMouseEvent release(QEvent::MouseButtonRelease, grab, mark->mapToGlobal(grab), Qt::LeftButton,
-                        Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(mark, &release);
+    bench::sendMarkEvent(mark, QEvent::MouseButtonRelease, grab, Qt::LeftButton);
 }
 
 void CategoryDragStep(benchmark::State& state) { dragLevel(state, false); }

@@ -2,6 +2,7 @@
 // to the painted page: the move rule, the read-out labels, the value
 // function chart and a repaint of the whole page into an image, measured on
 // an offscreen page with an eleven-point function and the decoration bands.
+#include "MarkDrag.h"
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
 #include "pages/techniques/frmKelDirectRating.h"
@@ -68,9 +69,7 @@ void DragStep(benchmark::State& state) {
     // chart. The page is then painted into an image, as the next frame.
     auto* mark = page.findChild<QWidget*>(QStringLiteral("picScorePoint_5"));
     const QPointF grab(mark->width() / 2.0, 8.0);
-    QMouseEvent press(QEvent::MouseButtonPress, grab, mark->mapToGlobal(grab), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(mark, &press);
+    bench::sendMarkEvent(mark, QEvent::MouseButtonPress, grab, Qt::LeftButton);
     // Back and forth by a few rating units, never across a neighbour.
     const double unit = page.findChild<QWidget*>(QStringLiteral("picRatingChart"))->width() / 116.0;
     const double offsets[4] = {2.0, -2.0, 4.0, -4.0};
@@ -78,17 +77,10 @@ void DragStep(benchmark::State& state) {
     std::size_t step = 0;
     for (auto _ : state) {
         const QPointF to(grab.x() + offsets[step++ % 4] * unit, grab.y());
-        QMouseEvent move(QEvent::MouseMove, to, mark->mapToGlobal(to), Qt::NoButton,
-                         Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(mark, &move);
-        QPainter painter(&frame);
-        page.render(&painter);
-        painter.end();
-        benchmark::DoNotOptimize(frame.constBits());
+        bench::sendMarkEvent(mark, QEvent::MouseMove, to, Qt::NoButton);
+        bench::paintPage(page, frame);
     }
-    QMouseEvent release(QEvent::MouseButtonRelease, grab, mark->mapToGlobal(grab),
-                        Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(mark, &release);
+    bench::sendMarkEvent(mark, QEvent::MouseButtonRelease, grab, Qt::LeftButton);
 }
 BENCHMARK(DragStep)->Unit(benchmark::kMicrosecond);
 
