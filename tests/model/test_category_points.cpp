@@ -46,7 +46,7 @@ TEST_F(CategoryTest, TheInverseTurnsLevelScoresBackIntoTheirLevels) {
     }
 }
 
-TEST_F(CategoryTest, OwnPointsKeepTheirValuesAndMoveWhenTheOrientationOrTheSizeChanged) {
+TEST_F(CategoryTest, OwnPointsKeepTheirValuesAndMoveWhenTheOrientationChanged) {
     setCurve(0, {0, 2, 4, 8, 16, 32, 64}, {0, 0.3, 0.5, 0.6, 0.7, 0.9, 1}, kCategoryIdentification);
     prepare();
     EXPECT_EQ(points(1), (std::vector<double>{0, 0.3, 0.5, 0.6, 0.7, 0.9, 1}));
@@ -58,24 +58,6 @@ TEST_F(CategoryTest, OwnPointsKeepTheirValuesAndMoveWhenTheOrientationOrTheSizeC
     EXPECT_DOUBLE_EQ(smpY(0, 1), 0.9);
     // The curve rises above 1 beyond 32: those levels are cut to 1.
     for (int k = 2; k < 7; ++k) EXPECT_EQ(smpY(0, k), 1.0) << k;
-
-    // Stored by this technique with five points (Linear, or the host): one
-    // point per level again.
-    setCurve(0, {0, 16, 32, 48, 64}, {0, 0.25, 0.5, 0.75, 1}, kCategoryIdentification);
-    w().VFunType(0) = I16(0);
-    SetCategoryMaxToMin(0, false);
-    prepare();
-    EXPECT_EQ(w().SmpSize(0).toInteger(), 7);
-    EXPECT_EQ(points(0), (std::vector<double>{0, 2, 4, 8, 16, 32, 64}));
-    EXPECT_DOUBLE_EQ(smpY(0, 3), 0.125);
-}
-
-TEST_F(CategoryTest, AnotherTechniquesCurveIsReadAtTheLadder) {
-    setCurve(0, {0, 8, 16, 64}, {0, 0.9, 1.0, 1.0}, kDirectRating);
-    prepare();
-    EXPECT_EQ(points(0), (std::vector<double>{0, 2, 4, 8, 16, 32, 64}));
-    EXPECT_DOUBLE_EQ(smpY(0, 3), 0.9);
-    EXPECT_EQ(w().VFTechniqueID(0).toInteger(), kDirectRating) << "only an edit sets the technique";
 }
 
 TEST_F(CategoryTest, OnlyTrueInTheOrientationEntryMeansFromTheMaximum) {
