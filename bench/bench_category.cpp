@@ -3,13 +3,12 @@
 // the categorization chart and the value function chart. Measured with and
 // without painting the page into an image afterwards (the next frame), on
 // an offscreen page with the categorization chart in front.
-#include "MarkDrag.h"
+#include "PageDrag.h"
 #include "pages/techniques/frmKelCatIdn.h"
 
 #include <kelmar/mdKelMain.h>
 
 #include <QApplication>
-#include <QImage>
 
 #include <benchmark/benchmark.h>
 
@@ -44,8 +43,8 @@ void fillCategoryAttribute() {
 }
 
 // Grabs level mark 3 (at 12.5 on the scale, its neighbours at 6.25 and 25)
-// and moves it back and forth by up to two units per step, never across a
-// neighbour; `paint` paints the page into an image after every step.
+// and moves it back and forth, never across a neighbour; `paint` paints the
+// page into an image after every step.
 void dragLevel(benchmark::State& state, bool paint) {
     if (QApplication::instance() == nullptr) std::abort();
     fillCategoryAttribute();
@@ -54,18 +53,8 @@ void dragLevel(benchmark::State& state, bool paint) {
     page.load();
     page.show();
     auto* mark = page.findChild<QWidget*>(QStringLiteral("picScorePoint_3"));
-    const QPointF grab(mark->width() / 2.0, 8.0);
-    bench::sendMarkEvent(mark, QEvent::MouseButtonPress, grab, Qt::LeftButton);
     const double unit = page.findChild<QWidget*>(QStringLiteral("picRatingChart"))->width() / 116.0;
-    const double offsets[4] = {2.0, -2.0, 1.0, -1.0};
-    QImage frame(page.size() * page.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
-    std::size_t step = 0;
-    for (auto _ : state) {
-        bench::sendMarkEvent(mark, QEvent::MouseMove, QPointF(grab.x() + offsets[step++ % 4] * unit, grab.y()),
-                             Qt::NoButton);
-        if (paint) bench::paintPage(page, frame);
-    }
-    bench::sendMarkEvent(mark, QEvent::MouseButtonRelease, grab, Qt::LeftButton);
+    bench::dragSteps(state, page, *mark, QPointF(mark->width() / 2.0, 8.0), QPointF(unit, 0.0), paint);
 }
 
 void CategoryDragStep(benchmark::State& state) { dragLevel(state, false); }

@@ -88,11 +88,9 @@ inline void dragMark(const DrawSurface& chart, PointMark* m, double target,
     sendMouse(m, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
 }
 
-// A technique page's test on the three-attribute problem. Message boxes are
-// recorded instead of shown; one that a test did not take out of the record
-// fails it.
+// A technique page on the problem above; a message box fails the test.
 template <class Page>
-class TechniqueTest : public PageTest<Page> {
+class TechniquePageTest : public PageTest<Page> {
 protected:
     void SetUp() override {
         fillProblem();
@@ -108,7 +106,7 @@ protected:
     }
 };
 
-class DirectRatingTest : public TechniqueTest<frmKelDirectRating> {
+class DirectRatingTest : public TechniquePageTest<frmKelDirectRating> {
 protected:
 
     // Creates and loads the page for the data as it stands.

@@ -19,12 +19,12 @@ namespace {
 
 constexpr OleColor kBlue = 0xFF0000, kOlive = 0x008080, kRed = 0x0000FF;
 
-class CategoryPageTest : public TechniqueTest<frmKelCatIdn> {
+class CategoryPageTest : public TechniquePageTest<frmKelCatIdn> {
 protected:
     // Price (benefit) and Noise (cost) both on 0 .. 64, so the ladder reads
     // 1, 2, 4, ... 64; the host's functions are the linear ones.
     void SetUp() override {
-        TechniqueTest::SetUp();
+        TechniquePageTest::SetUp();
         WizardData& w = wizardData();
         w.SelTechnique = kCategoryIdentification;
         for (int att : {0, 1}) {
