@@ -58,9 +58,10 @@ inline void fillOneAttribute(std::int16_t technique, std::int16_t size, std::int
 // Grabs mark at grab (inside it) and, for every benchmark iteration, moves
 // the mouse back and forth by 2 and 4 times unit (pixels), never across a
 // neighbour, which runs the page's drag handler; the page is then painted
-// into an image, as the next frame. Releases the mark at the end.
+// into an image, as the next frame (unless paint is false). Releases the
+// mark at the end.
 inline void dragSteps(benchmark::State& state, QWidget& page, QWidget& mark, QPointF grab,
-                      QPointF unit) {
+                      QPointF unit, bool paint = true) {
     auto send = [&mark](QEvent::Type type, QPointF at, Qt::MouseButton button,
                         Qt::MouseButtons buttons) {
         QMouseEvent event(type, at, mark.mapToGlobal(at), button, buttons, Qt::NoModifier);
@@ -72,6 +73,7 @@ inline void dragSteps(benchmark::State& state, QWidget& page, QWidget& mark, QPo
     std::size_t step = 0;
     for (auto _ : state) {
         send(QEvent::MouseMove, grab + offsets[step++ % 4] * unit, Qt::NoButton, Qt::LeftButton);
+        if (!paint) continue;
         QPainter painter(&frame);
         page.render(&painter);
         painter.end();

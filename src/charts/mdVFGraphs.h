@@ -46,6 +46,12 @@ void DrawVFCurve(DrawSurface& pic, const std::vector<float>& series, std::int16_
 // A raised (style 1) or sunken (style 2) panel filled with the button face.
 void DrawPanel(DrawSurface& pic, double x1, double y1, double x2, double y2, std::int16_t style);
 
+// The ground of a rating chart: clears the picture, sets the scale -8 .. 108
+// across and -3 (top) .. 112 (bottom), and draws the button-face ground, the
+// white rating area (0 .. 78) and the band under it (80 .. 102) on which the
+// marks lie.
+void DrawRatingFrame(DrawSurface& pic);
+
 // One decoration band of the Direct Rating chart: a pale band over the
 // rating area between the scale positions lo and hi (band 1, 2 or 3), named
 // by the part of the value range it covers. falling: the attribute's values

@@ -55,6 +55,14 @@ double rampY(double x, bool falling) {
 
 }  // namespace
 
+void DrawRatingFrame(DrawSurface& pic) {
+    pic.cls();
+    pic.setScale(-8.0, -3.0, 108.0, 112.0);
+    pic.filledBox(-8.0, -3.0, 108.0, 102.0, ole::ButtonFace);
+    pic.filledBox(-1.0, 0.0, 101.0, 78.0, ole::White, ole::Black);
+    pic.filledBox(-8.0, 80.0, 108.0, 102.0, ole::ButtonFace);
+}
+
 void DrawRatingBand(DrawSurface& pic, std::int16_t band, double lo, double hi, bool falling) {
     if (band < 1 || band > 3) return;
     const BandLook& look = kLooks[band - 1];

@@ -92,26 +92,6 @@ TEST_F(ModelTest, ResampleByValueFallsBackToHalfTheRangeMeasuredFromZero) {
     EXPECT_EQ(smpX(0, 4), 120.0);
 }
 
-TEST_F(ModelTest, CategoryPointsTakeTheCategoryCountOnlyForANewOrForeignFunction) {
-    WizardData& d = w();
-    d.SelTechnique = kCategoryIdentification;
-    d.CategoryCount = 7;
-    I16 att = 0, five = 5;
-    PrepareCategoryPoints(att);  // no points yet: the category count
-    EXPECT_EQ(d.SmpSize(0).toInteger(), 7);
-    EXPECT_EQ(smpX(0, 6), 100.0);
-    d.VFTechniqueID(0) = I16(kCategoryIdentification);  // built here before: its size stays
-    d.SmpSize(0) = five;
-    SetLinearSamplePoints(att, five);
-    PrepareCategoryPoints(att);
-    EXPECT_EQ(d.SmpSize(0).toInteger(), 5);
-    // Another technique's curve is carried over to the category count.
-    setCurve(0, {0, 20, 50, 100}, {0, 0.5, 0.8, 1}, kDirectRating);
-    PrepareCategoryPoints(att);
-    EXPECT_EQ(d.SmpSize(0).toInteger(), 7);
-    EXPECT_EQ(smpY(0, 6), 1.0);
-}
-
 // --- Which layout a technique page gets ---------------------------------------
 
 enum class Layout { Untouched, Linear, ByScore, ByValue };

@@ -68,14 +68,9 @@ void frmKelDirectRating::DrawRatingChart(std::int16_t& att, Variant& scoreMinimu
     DrawSurface& pic = *picRatingChart;
     const bool falling = fallingPreference(att);
 
-    pic.cls();
-    pic.setScale(-8.0, -3.0, 108.0, 112.0);
-
     // Background: the button-face ground, the white rating area and the
     // band that carries the score bar.
-    pic.filledBox(-8.0, -3.0, 108.0, 102.0, ole::ButtonFace);
-    pic.filledBox(-1.0, 0.0, 101.0, 78.0, ole::White, ole::Black);
-    pic.filledBox(-8.0, 80.0, 108.0, 102.0, ole::ButtonFace);
+    DrawRatingFrame(pic);
 
     // Equally spaced tick positions, drawn last.
     const std::int16_t intervals = checkedSub(sampleSize, 1);

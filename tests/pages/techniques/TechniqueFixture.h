@@ -55,6 +55,39 @@ inline void fillProblem() {
     }
 }
 
+// Creates and loads a page for the data as it stands, with the sink.
+template <class Page>
+void openPage(std::unique_ptr<Page>& page, RecordingSink& sink, QSize size) {
+    page = std::make_unique<Page>();
+    page->setEventSink(&sink);
+    page->resize(size);
+    page->load();
+    page->show();
+    sink.events.clear();
+}
+
+inline void sendMouse(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button,
+                      Qt::MouseButtons buttons) {
+    QMouseEvent event(type, pos, w->mapToGlobal(pos), button, buttons, Qt::NoModifier);
+    QCoreApplication::sendEvent(w, &event);
+}
+
+// The centre of a mark on its chart, in chart units.
+inline double markCentre(const DrawSurface& chart, const PointMark* m) {
+    return chart.childLeft(m) + chart.childWidth(m) / 2.0;
+}
+
+// Grabs the mark in its middle and drags it so that its centre would come
+// to the rating-scale position target (116 units across the chart).
+inline void dragMark(const DrawSurface& chart, PointMark* m, double target,
+                     Qt::MouseButton button = Qt::LeftButton) {
+    const QPointF grab(m->width() / 2.0, 8.0);
+    sendMouse(m, QEvent::MouseButtonPress, grab, button, button);
+    const QPointF to(grab.x() + (target - markCentre(chart, m)) * chart.width() / 116.0, grab.y());
+    sendMouse(m, QEvent::MouseMove, to, Qt::NoButton, button);
+    sendMouse(m, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
+}
+
 // A technique page on the problem above; message boxes are recorded and
 // none is expected.
 template <class Page>
@@ -78,14 +111,7 @@ class DirectRatingTest : public TechniquePageTest<frmKelDirectRating> {
 protected:
 
     // Creates and loads the page for the data as it stands.
-    void open() {
-        page = std::make_unique<frmKelDirectRating>();
-        page->setEventSink(&sink);
-        page->resize(780, 620);
-        page->load();
-        page->show();
-        sink.events.clear();
-    }
+    void open() { openPage(page, sink, QSize(780, 620)); }
 
     PointMark* mark(int i) const { return child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i)); }
     DrawSurface* chart() const { return child<DrawSurface>(QStringLiteral("picRatingChart")); }
@@ -96,22 +122,9 @@ protected:
         emit combo->activated(index);
     }
 
-    double centreOf(int i) const { return chart()->childLeft(mark(i)) + chart()->childWidth(mark(i)) / 2.0; }
-
-    static void sendMouse(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button,
-                          Qt::MouseButtons buttons) {
-        QMouseEvent event(type, pos, w->mapToGlobal(pos), button, buttons, Qt::NoModifier);
-        QCoreApplication::sendEvent(w, &event);
-    }
-    // Grabs mark i in its middle and drags it so that its centre would
-    // come to the rating-scale position target.
+    double centreOf(int i) const { return markCentre(*chart(), mark(i)); }
     void drag(int i, double target, Qt::MouseButton button = Qt::LeftButton) {
-        PointMark* m = mark(i);
-        const QPointF grab(m->width() / 2.0, 8.0);
-        sendMouse(m, QEvent::MouseButtonPress, grab, button, button);
-        const QPointF to(grab.x() + (target - centreOf(i)) * chart()->width() / 116.0, grab.y());
-        sendMouse(m, QEvent::MouseMove, to, Qt::NoButton, button);
-        sendMouse(m, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
+        dragMark(*chart(), mark(i), target, button);
     }
 
     static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
