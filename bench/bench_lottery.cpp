@@ -3,60 +3,32 @@
 // texts and the redrawn diagram) and a release of the slider (the stored
 // value, the value function chart, the labels and the next point), and a
 // certainty-equivalent release (the stored mean, the charts and the labels).
+#include "PageDrag.h"
 #include "pages/techniques/frmKelVarC.h"
 #include "pages/techniques/frmKelVarP.h"
 
 #include <kelmar/mdKelMain.h>
 
-#include <QApplication>
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QSlider>
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
 
 namespace {
 
 using namespace kelmar;
+using namespace kelmar::bench;
 
-void fillNinePoints(std::int16_t technique) {
-    WizardData& w = wizardData();
-    w = WizardData{};
-    w.AttNum = 1;
-    w.AltNum = 1;
-    w.MaxVal = 100;
-    w.SelTechnique = technique;
-    w.SelMCDAMethod = 1;
-    for (VariantArray* a : {&w.AttName, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum,
-                            &w.ScoreMinimumCopy, &w.ScoreMaximumCopy, &w.AttPropertyCopy,
-                            &w.SmpSize, &w.VFunType, &w.VFTechniqueID, &w.AttVFDone,
-                            &w.InSmpSize, &w.InVFunType, &w.InVFTechniqueID})
-        a->redim(0, 0);
-    for (VariantArray* a : {&w.SmpX, &w.SmpY, &w.InSmpX, &w.InSmpY}) a->redim(0, 0, 0, 10);
-    w.AttName(0) = Variant("Comfort");
-    w.ScoreMinimum(0) = w.ScoreMinimumCopy(0) = Variant(0.0);
-    w.ScoreMaximum(0) = w.ScoreMaximumCopy(0) = Variant(8.0);
-    w.AttPropertyCopy(0) = Variant(std::int16_t(0));
-    w.SmpSize(0) = Variant(std::int16_t(9));
-    w.VFunType(0) = Variant(std::int16_t(1));
-    w.VFTechniqueID(0) = Variant(technique);
-    w.AttVFDone(0) = Variant(false);
-    for (int k = 0; k <= 8; ++k) {
-        w.SmpX(0, k) = Variant(k * 1.0);
-        w.SmpY(0, k) = Variant(k / 8.0);
-    }
-}
+// Nine points on 0 .. 10, values on the 100 scale.
+void fillNinePoints(std::int16_t technique) { fillOneAttribute(technique, 9, 1); }
 
 void send(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button, Qt::MouseButtons buttons) {
     QMouseEvent event(type, pos, w->mapToGlobal(pos), button, buttons, Qt::NoModifier);
     QCoreApplication::sendEvent(w, &event);
 }
 
-void ensureApplication() {
-    if (QApplication::instance() == nullptr) std::abort();
-}
 
 // One slider step on point 4: the thumb moves, the page shows p.
 void ProbabilitySliderStep(benchmark::State& state) {
