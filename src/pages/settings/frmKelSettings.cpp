@@ -326,11 +326,9 @@ void frmKelSettings::onLoad() {
     w.ScoreMinimum = w.InScoreMinimum;
     w.ScoreMaximum = w.InScoreMaximum;
     w.ScoreMiddle = w.InScoreMiddle;
-    // A session starts from the host's functions: the parameters and types
-    // left by an earlier session are let go, so that the settings step makes
-    // them anew from the host's (it keeps arrays that are already in shape).
-    for (VariantArray* a : {&w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD, &w.VFunType})
-        *a = VariantArray();
+    // Only the ranges and the flags start again. The parameters and types
+    // belong to the working points, which stay as the last session left
+    // them until the host hands over its functions anew.
 
     Filling = true;
     cmbSelAtt->clear();

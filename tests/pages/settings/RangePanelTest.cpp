@@ -120,17 +120,24 @@ TEST_F(SettingsStep, NewArraysStartFromTheHostsInEverySession) {
     EXPECT_EQ(w.AttPropertyCopy(2).toDouble(), 1.0);
     EXPECT_EQ(w.ScoreMaximumCopy(1).toDouble(), 5.0);
 
-    // A function built in one session gives way when the host opens the
-    // wizard anew with its own.
+    // A function built in one session stays with its points when the wizard
+    // opens again without new functions from the host: only the ranges and
+    // the flags start again.
     w.VFunType(0) = std::int16_t(1);
     w.VFunParA(0) = QStringLiteral("0.5");
+    w.SmpY(0, 1) = 0.6;
+    w.AttVFDone(0) = true;
+    w.ScoreMinimum(0) = 5.0;
     page->close();
     w.InVFunParA.redim(0, 2);
     w.InVFunParA(0) = QStringLiteral("0.25");
     openPage();
+    EXPECT_FALSE(w.AttVFDone(0).toBoolean());
+    EXPECT_EQ(w.ScoreMinimum(0).toDouble(), 10.0);
     click("cmdNext");
-    EXPECT_EQ(w.VFunType(0).toDouble(), 0.0);
-    EXPECT_EQ(w.VFunParA(0).toString(), "0.25");
+    EXPECT_EQ(w.VFunType(0).toDouble(), 1.0);
+    EXPECT_EQ(w.VFunParA(0).toString(), "0.5");
+    EXPECT_EQ(w.SmpY(0, 1).toDouble(), 0.6);
 }
 
 TEST_F(SettingsStep, SamplePointsKeepToAChangedRange) {
