@@ -25,8 +25,6 @@ TEST_F(RangePanel, ScoreChecksRefuseNarrowingAndResetTheBox) {
         {"equal minimum", 0, false, "10", Commit::Enter, nullptr, "10", 10},
         {"wider minimum", 2, false, "-2.5", Commit::Enter, nullptr, "-2.5", -2.5},
         {"equal maximum", 2, true, "7.5", Commit::Enter, nullptr, "7.5", 7.5},
-        {"no number reads as 0 and widens", 0, false, "abc", Commit::Enter, nullptr, "abc", 0},
-        {"no number reads as 0 and narrows", 0, true, "", Commit::Enter, "50", "50", 50},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
