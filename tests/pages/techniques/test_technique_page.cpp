@@ -44,23 +44,18 @@ TEST_F(DirectRatingTest, OnlyALeftDragMovesAMarkAtAnyChartSize) {
 
 TEST_F(DirectRatingTest, MovesAreLimitedByTheNeighboursAndTheScale) {
     open();
-    page->MovePoint(2, 10.0);  // past point 1 at 25: its value and a step
-    EXPECT_DOUBLE_EQ(value(0, 2), 0.25 + 0.025);
-    EXPECT_NEAR(centreOf(2), 50.0, 1e-9) << "the mark stays";
-    page->MovePoint(2, 90.0);  // past point 3 at 75
-    EXPECT_DOUBLE_EQ(value(0, 2), 0.75 - 0.025);
 
-    // A drop at 1 counts as 2 on the scale; one beyond 100 as 100, when the
-    // right neighbour lies further out.
+    // A drop at 1 counts as 2 on the scale, and the mark shows it there; one
+    // beyond 100 as 100, when the right neighbour lies further out.
     ASSERT_LT(chart()->childLeft(mark(0)) + chart()->childWidth(mark(0)), 1.0);
     drag(1, 1.0);
     EXPECT_DOUBLE_EQ(value(0, 1), 0.02);
+    EXPECT_NEAR(centreOf(1), 2.0, 1e-9);
     chart()->placeChild(mark(4), 110.0, 84.0);
     page->MovePoint(3, 101.0);
     EXPECT_DOUBLE_EQ(value(0, 3), 1.0);
 
-    // The end marks stay where they are; a drag that only crosses leaves the
-    // function type alone.
+    // The end marks stay where they are.
     fillProblem();
     open();
     drag(0, 30.0);
@@ -70,10 +65,44 @@ TEST_F(DirectRatingTest, MovesAreLimitedByTheNeighboursAndTheScale) {
     EXPECT_DOUBLE_EQ(value(0, 0), 0.0);
     EXPECT_DOUBLE_EQ(value(0, 4), 1.0);
     EXPECT_NEAR(centreOf(4), 100.0, 1e-9);
-    drag(2, 5.0);
-    EXPECT_DOUBLE_EQ(value(0, 2), 0.275);
     EXPECT_EQ(funType(), 0);
     EXPECT_FALSE(done());
+}
+
+TEST_F(DirectRatingTest, ADragAcrossANeighbourStepsTowardsThePointsOwnSideAndCounts) {
+    // Attribute 0 rises with the score (marks at 0, 25, 50, 75, 100 for the
+    // values 0 .. 1), attribute 1 falls (the same marks for the values 1 .. 0).
+    const struct { const char* what; int att, point; double target, value; } cases[] = {
+        {"benefit, past the left neighbour", 0, 2, 10, 0.275},
+        {"benefit, past the right neighbour", 0, 2, 90, 0.725},
+        {"benefit, past the last mark", 0, 3, 110, 0.975},
+        {"cost, past the left neighbour", 1, 2, 10, 0.725},
+        {"cost, past the right neighbour", 1, 2, 90, 0.275},
+        {"cost, past the last mark", 1, 3, 110, 0.025},
+        {"cost, past the first mark", 1, 1, -10, 0.975},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        fillProblem();
+        wizardData().SelAtt = static_cast<std::int16_t>(c.att);
+        open();
+        drag(c.point, c.target);
+        WizardData& w = wizardData();
+        EXPECT_DOUBLE_EQ(value(c.att, c.point), c.value);
+        const double position = c.att == 1 ? 100.0 - 100.0 * c.value : 100.0 * c.value;
+        EXPECT_NEAR(centreOf(c.point), position, 1e-9) << "the mark shows the value";
+        for (int k = 1; k < 5; ++k) {
+            EXPECT_GT(centreOf(k), centreOf(k - 1)) << k;
+            if (c.att == 1) {
+                EXPECT_LT(value(c.att, k), value(c.att, k - 1)) << k;
+            } else {
+                EXPECT_GT(value(c.att, k), value(c.att, k - 1)) << k;
+            }
+        }
+        EXPECT_EQ(w.VFunType(c.att).toInteger(), 1) << "the release is an edit";
+        EXPECT_TRUE(w.AttVFDone(c.att).toBoolean());
+        EXPECT_EQ(w.SelPoint, c.point);
+    }
 }
 
 TEST_F(DirectRatingTest, LabelsFollowTheValueRange) {
