@@ -654,7 +654,7 @@ void TechniquePage::onLinear() {
 
 void TechniquePage::onRestore() {
     WizardData& w = wizardData();
-    const std::int16_t att = w.SelAtt;
+    std::int16_t att = w.SelAtt;
     w.VFunType(att) = w.InVFunType(att);
     w.VFTechniqueID(att) = w.InVFTechniqueID(att);
     w.SmpSize(att) = w.InSmpSize(att);
@@ -662,6 +662,9 @@ void TechniquePage::onRestore() {
         w.SmpX(att, k) = w.InSmpX(att, k);
         w.SmpY(att, k) = w.InSmpY(att, k);
     }
+    // The host's points lie on the host's range; a widened range keeps its
+    // ends on the first and the last point.
+    FitSamplePointsToRange(att);
     w.AttVFDone(att) = Variant(false);
     resetMarkPictures(0);
     refreshPage();

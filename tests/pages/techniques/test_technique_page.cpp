@@ -191,6 +191,34 @@ TEST_F(DirectRatingTest, LinearMakesTheFunctionStraightAndDoneRestoreTakesTheHos
     EXPECT_TRUE(mark(5)->isHidden());
 }
 
+TEST_F(DirectRatingTest, RestoreKeepsTheEndsOnAWidenedRange) {
+    // The host's points lie on 0 .. 100; the range was widened to -20 .. 140.
+    const struct { const char* what; int hostType; Variant hostSize; std::vector<double> scores; } cases[] = {
+        {"linear", 0, Variant(std::int16_t(5)), {-20, 20, 60, 100, 140}},
+        {"curve", 1, Variant(std::int16_t(5)), {-20, 25, 50, 75, 140}},
+        {"no function", 0, Variant(), {-20, 20, 60, 100, 140}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        fillProblem();
+        WizardData& w = wizardData();
+        w.InVFunType(0) = std::int16_t(c.hostType);
+        w.InSmpSize(0) = c.hostSize;
+        w.InSmpY(0, 1) = 0.4;
+        w.ScoreMinimum(0) = -20.0;
+        w.ScoreMaximum(0) = 140.0;
+        open();
+        click("cmdRestore");
+        ASSERT_EQ(w.SmpSize(0).toInteger(), 5);
+        for (int k = 0; k < 5; ++k) EXPECT_NEAR(w.SmpX(0, k).toDouble(), c.scores[static_cast<std::size_t>(k)], 1e-4) << k;
+        EXPECT_EQ(w.SmpX(0, 0).toDouble(), -20.0);
+        EXPECT_EQ(w.SmpX(0, 4).toDouble(), 140.0);
+        EXPECT_EQ(value(0, 0), 0.0);
+        EXPECT_EQ(value(0, 4), 1.0);
+        EXPECT_FALSE(done());
+    }
+}
+
 TEST_F(DirectRatingTest, BackKeepsThePointsCancelExportsNothingFinishExportsEveryAttribute) {
     wizardData().MaxVal = 100;
     open();
