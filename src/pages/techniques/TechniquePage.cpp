@@ -601,12 +601,16 @@ void TechniquePage::refreshPage() {
     refreshAttributeList();
     cmbAttributes->setCurrentIndex(w.SelAtt < cmbAttributes->count() ? w.SelAtt : -1);
     showSampleSizeEntry();
-    if (lblCurScore != nullptr) lblCurScore->clear();
-    if (lblCurValue != nullptr) lblCurValue->clear();
-    if (lblScoreDiff != nullptr) lblScoreDiff->clear();
+    clearReadouts();
     drawRatingChart();
     drawValueChart();
     ShowRiskAttitude(w.SelAtt);
+}
+
+void TechniquePage::clearReadouts() {
+    if (lblCurScore != nullptr) lblCurScore->clear();
+    if (lblCurValue != nullptr) lblCurValue->clear();
+    if (lblScoreDiff != nullptr) lblScoreDiff->clear();
 }
 
 void TechniquePage::onAttributeChosen(int listIndex) {
@@ -632,6 +636,8 @@ void TechniquePage::onSampleSizeChosen(int listIndex) {
     w.SmpSize(att) = Variant(newSize);
     resetMarkPictures(1);
     UpdateSamplePoints(att, newSize, oldSize_);
+    // The read-outs belonged to a point of the old layout.
+    clearReadouts();
     drawRatingChart();
     drawValueChart();
 }

@@ -153,6 +153,7 @@ TEST_F(DirectRatingTest, ChoosingASampleSize) {
     // Another resamples keeping the shape: the curve still passes 0.40 at 50.
     choose("cmbSmpSize", 2);
     EXPECT_EQ(wizardData().SmpSize(0).toInteger(), 9);
+    EXPECT_EQ(text("lblCurScore") + text("lblCurValue"), "") << "the old point's read-outs go";
     EXPECT_EQ(mark(2)->picture(), 1) << "marks 1 to 10 return to the normal picture";
     for (int i = 0; i < 11; ++i) EXPECT_EQ(mark(i)->isHidden(), i >= 9) << i;
     EXPECT_DOUBLE_EQ(wizardData().SmpX(0, 4).toDouble(), 50.0);
