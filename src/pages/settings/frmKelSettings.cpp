@@ -345,6 +345,12 @@ void frmKelSettings::onLoad() {
     CurrentPanel = 0;
     showPanel(0);
 
+    // The points of an earlier session may lie on a range that has just
+    // been set back to the host's: they follow it at once, so that the
+    // first point sits on the minimum and the last on the maximum whichever
+    // button is pressed next.
+    PrepareWorkingArrays();
+
     // The list opens on its first attribute: take it as chosen, with its
     // range in the boxes, so that Next without typing keeps the range.
     if (cmbSelAtt->currentIndex() >= 0) cmbSelAtt_Click();
@@ -501,6 +507,9 @@ void frmKelSettings::checkScore(bool maximum) {
     boxValue(box) = BoxValue{value, box->text()};
     w.AttRangeSet(w.SelAtt) = Variant(true);
     (maximum ? w.ScoreMaximum : w.ScoreMinimum)(w.SelAtt) = value;
+    // The points follow the confirmed range at once (Finish is open on this
+    // panel once it has been left).
+    PrepareWorkingArrays();
     double low = cellNumber(w.ScoreMinimum, w.SelAtt);
     double high = cellNumber(w.ScoreMaximum, w.SelAtt);
     DrawScopeFromWorkingRange(*picScopeChart, w.SelAtt, low, high);

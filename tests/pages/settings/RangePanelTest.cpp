@@ -138,6 +138,21 @@ TEST_F(SettingsStep, NewArraysStartFromTheHostsInEverySession) {
     EXPECT_EQ(w.SmpY(0, 1).toDouble(), 0.6);
 }
 
+TEST_F(SettingsStep, PointsFollowTheRangeWheneverItIsConfirmedOrSetBack) {
+    WizardData& w = wizardData();
+    typeText(minBox(), "0");
+    pressEnter(minBox());
+    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 0.0) << "at once, not only on Next";
+    EXPECT_EQ(w.SmpX(0, 4).toDouble(), 50.0);
+    // A new session without new functions from the host sets the range back,
+    // and the points with it.
+    page->close();
+    openPage();
+    EXPECT_EQ(w.ScoreMinimum(0).toDouble(), 10.0);
+    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 10.0);
+    for (int k = 1; k < 5; ++k) EXPECT_GT(w.SmpX(0, k).toDouble(), w.SmpX(0, k - 1).toDouble()) << k;
+}
+
 TEST_F(SettingsStep, SamplePointsKeepToAChangedRange) {
     WizardData& w = wizardData();
     PrepareWorkingArrays();
