@@ -1,9 +1,13 @@
-// The main window of kelmar-host: the problem at a glance, the wizard's
-// guidance in the status line, and the host side of the component's events.
+// The main window of kelmar-host: the analyst's workbench around the
+// wizard. It shows the problem's scores, the value table and every
+// attribute's value functions (all the different ones built since the
+// program started, compared), opens the wizard again on the current
+// functions, saves them as a problem file and exports tables and charts.
 #pragma once
 
 #include "ProblemFile.h"
 #include "ResultWriter.h"
+#include "Workbench.h"
 
 #include <kelmar/KelmarDll.h>
 
@@ -11,25 +15,46 @@
 
 #include <memory>
 
-class QTableWidget;
+class QAction;
+class QLabel;
+class QListWidget;
 class QTabWidget;
+class QTableView;
 
 namespace kelmarhost {
+
+class ChartView;
+class TableModel;
 
 class HostWindow : public QMainWindow, public kelmar::KelmarEvents {
     Q_OBJECT
 public:
-    HostWindow(Problem problem, ResultWriter writer, QWidget* parent = nullptr);
+    // savePath: where File > Save writes without asking (empty: ask).
+    HostWindow(Problem problem, ResultWriter writer, QString savePath = {},
+               QWidget* parent = nullptr);
     ~HostWindow() override;
 
-    // Hands the problem and its earlier value functions to the component.
-    void transferProblem();
-    // Opens the wizard; with the default modal runner it returns when the
-    // settings page is hidden or closed.
+    // Hands the problem and its current value functions to the component
+    // and opens the wizard; with the default modal runner it returns when
+    // the settings page is hidden or closed.
     void showWizard();
 
-    int exportCount() const noexcept { return exports_; }
+    int exportCount() const noexcept { return static_cast<int>(finishes_.size()); }
     bool writeFailed() const noexcept { return writeFailed_; }
+    bool wizardOpen() const noexcept { return wizardOpen_; }
+    // Work that File > Save has not written yet.
+    bool hasUnsavedWork() const noexcept { return isWindowModified(); }
+    const Problem& problem() const noexcept { return problem_; }
+    const ValueTable& values() const noexcept { return values_; }
+    const QVector<Finish>& finishes() const noexcept { return finishes_; }
+
+    // The file operations behind the menu, without dialogs; false with the
+    // reason shown in the status line.
+    bool saveTo(const QString& path);
+    bool exportValues(const QString& path);
+    bool exportChart(int att, const QString& path);
+    // Asks whether to save unsaved work; false when the analyst cancels.
+    bool confirmClose();
 
     // kelmar::KelmarEvents
     void UnloadKelmar() override;
@@ -44,29 +69,45 @@ public:
                        kelmar::VariantArray& VFunParD, kelmar::VariantArray& VFunType) override;
 
 signals:
-    // The wizard is gone and its pages are released: the program can end.
+    // The analyst closed the workbench: the program can end.
     void sessionEnded();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
+    void buildActions();
     bool wizardVisible() const;
-    // Ends the session when no wizard window is left on screen.
-    void endIfWizardGone();
-    void fillScores();
-    void fillValues(const kelmar::VariantArray& AttVData);
+    // Back to the workbench once no wizard window is left on screen.
+    void wizardClosed();
+    void save();
+    void saveAs();
+    void exportValuesAs();
+    void exportChartAs();
+    void refreshFunctions();
+    void showAttribute(int att);
+    void report(const QString& message, bool failed = false);
 
     Problem problem_;
+    QVector<ValueFunction> loaded_;  // the functions the problem came with
+    QVector<Finish> finishes_;
+    ValueTable values_;
     ResultWriter writer_;
+    QString savePath_;
     HostArrays arrays_;
     std::unique_ptr<kelmar::KelmarDll> component_;
     QTabWidget* tabs_ = nullptr;
-    QTableWidget* scores_ = nullptr;
-    QTableWidget* values_ = nullptr;
-    bool ended_ = false;
+    TableModel* scoresModel_ = nullptr;
+    TableModel* valuesModel_ = nullptr;
+    QTableView* valuesView_ = nullptr;
+    QWidget* functionsPage_ = nullptr;
+    QListWidget* attributes_ = nullptr;
+    ChartView* chart_ = nullptr;
+    QLabel* comparison_ = nullptr;
+    QAction* wizardAction_ = nullptr;
+    bool wizardOpen_ = false;
     bool writeFailed_ = false;
-    int exports_ = 0;
 };
 
 }  // namespace kelmarhost

@@ -9,8 +9,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonParseError>
+#include <QSaveFile>
 
 #include <algorithm>
+#include <bit>
 #include <iterator>
 #include <cmath>
 
@@ -97,14 +99,10 @@ ValueFunction readFunction(const Reader& r, const QJsonObject& o, const QString&
                    .arg(f.minimum)
                    .arg(f.maximum));
     if (o.contains(QStringLiteral("scoreMiddle"))) {
+        // Kept as given: the wizard's search for the middle may end a hair
+        // beyond the range.
         f.middle = r.number(o.value(QStringLiteral("scoreMiddle")),
                             path + QStringLiteral(".scoreMiddle"));
-        if (f.middle < f.minimum || f.middle > f.maximum)
-            r.fail(path + QStringLiteral(".scoreMiddle"),
-                   QStringLiteral("expected a score from %1 to %2, found %3")
-                       .arg(f.minimum)
-                       .arg(f.maximum)
-                       .arg(f.middle));
     } else {
         f.middle = (f.minimum + f.maximum) / 2.0;
     }
@@ -112,7 +110,8 @@ ValueFunction readFunction(const Reader& r, const QJsonObject& o, const QString&
         f.technique = r.integer(o.value(QStringLiteral("technique")),
                                 path + QStringLiteral(".technique"), 0, 7);
     if (o.contains(QStringLiteral("type")))
-        f.type = r.integer(o.value(QStringLiteral("type")), path + QStringLiteral(".type"), 0, 1);
+        f.type = r.integer(o.value(QStringLiteral("type")), path + QStringLiteral(".type"),
+                           -32768, 32767);
     if (o.contains(QStringLiteral("points"))) {
         const QString pp = path + QStringLiteral(".points");
         const QJsonArray points = r.array(o.value(QStringLiteral("points")), pp);
@@ -154,9 +153,28 @@ ValueFunction readFunction(const Reader& r, const QJsonObject& o, const QString&
                        QStringLiteral("unknown parameter; expected a, b, c or d"));
         }
         for (int k = 0; k < 4; ++k) {
-            if (pars.contains(names[k]))
-                f.parameters[k] = r.number(pars.value(names[k]), pp + QLatin1Char('.') + names[k]);
+            if (!pars.contains(names[k])) continue;
+            const QJsonValue v = pars.value(names[k]);
+            if (v.isNull()) {
+                f.parameters[k] = Variant();
+            } else if (v.isString()) {
+                f.parameters[k] = Variant(v.toString());
+            } else if (v.isBool()) {
+                f.parameters[k] = Variant(v.toBool());
+            } else {
+                f.parameters[k] = r.number(v, pp + QLatin1Char('.') + names[k]);
+            }
         }
+    }
+    if (o.contains(QStringLiteral("categoryOrder"))) {
+        const QString pc = path + QStringLiteral(".categoryOrder");
+        const QString order = r.string(o.value(QStringLiteral("categoryOrder")), pc);
+        if (order != QLatin1String("fromMaximum") && order != QLatin1String("fromMinimum"))
+            r.fail(pc, QStringLiteral("expected \"fromMaximum\" or \"fromMinimum\", found \"%1\"")
+                           .arg(order));
+        if (f.points.size() > 10)
+            r.fail(pc, QStringLiteral("a category order needs 10 points or fewer"));
+        f.fromMaximum = order == QLatin1String("fromMaximum");
     }
     return f;
 }
@@ -181,6 +199,13 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
     QJsonParseError error{};
     const QJsonDocument doc = QJsonDocument::fromJson(json, &error);
     const Reader r(source);
+    if (error.error == QJsonParseError::GarbageAtEnd) {
+        // Results lines, one object per line: the last one is the latest.
+        const QList<QByteArray> lines = json.trimmed().split('\n');
+        if (lines.size() > 1 && lines.last().trimmed().startsWith('{'))
+            return parseProblem(lines.last(),
+                                QStringLiteral("%1, line %2").arg(source).arg(lines.size()));
+    }
     if (error.error != QJsonParseError::NoError) {
         // Where the text goes wrong, as an editor shows it.
         const QString before = QString::fromUtf8(json.left(error.offset));
@@ -267,29 +292,41 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
                QStringLiteral("expected %1 rows (one per alternative), found %2")
                    .arg(altNum)
                    .arg(rows.size()));
+    // The field names are only spelt out for a fault: a large table is read
+    // without a string per cell.
+    const auto rowPath = [](qsizetype i) { return QStringLiteral("scores[%1]").arg(i); };
+    p.scores.reserve(altNum);
     for (qsizetype i = 0; i < altNum; ++i) {
-        const QString path = QStringLiteral("scores[%1]").arg(i);
-        const QJsonArray row = r.array(rows.at(i), path);
+        const QJsonValue rowValue = rows.at(i);
+        if (!rowValue.isArray()) r.array(rowValue, rowPath(i));
+        const QJsonArray row = rowValue.toArray();
         if (row.size() != attNum)
-            r.fail(path, QStringLiteral("expected %1 scores (one per attribute), found %2")
-                             .arg(attNum)
-                             .arg(row.size()));
-        QVector<double> values;
-        for (qsizetype j = 0; j < attNum; ++j)
-            values.append(r.number(row.at(j), QStringLiteral("%1[%2]").arg(path).arg(j)));
-        p.scores.append(values);
+            r.fail(rowPath(i), QStringLiteral("expected %1 scores (one per attribute), found %2")
+                                   .arg(attNum)
+                                   .arg(row.size()));
+        QVector<double> values(attNum);
+        for (qsizetype j = 0; j < attNum; ++j) {
+            const QJsonValue cell = row.at(j);
+            values[j] = cell.isDouble()
+                            ? cell.toDouble()
+                            : r.number(cell, QStringLiteral("%1[%2]").arg(rowPath(i)).arg(j));
+        }
+        p.scores.append(std::move(values));
     }
 
-    if (root.contains(QStringLiteral("valueFunctions"))) {
-        const QJsonArray fs = r.array(root.value(QStringLiteral("valueFunctions")),
-                                      QStringLiteral("valueFunctions"));
+    // A results line carries its functions as "functions".
+    const QString functionsKey = root.contains(QStringLiteral("valueFunctions"))
+                                     ? QStringLiteral("valueFunctions")
+                                     : QStringLiteral("functions");
+    if (root.contains(functionsKey)) {
+        const QJsonArray fs = r.array(root.value(functionsKey), functionsKey);
         if (fs.size() != attNum)
-            r.fail(QStringLiteral("valueFunctions"),
+            r.fail(functionsKey,
                    QStringLiteral("expected %1 functions (one per attribute), found %2")
                        .arg(attNum)
                        .arg(fs.size()));
         for (qsizetype j = 0; j < attNum; ++j) {
-            const QString path = QStringLiteral("valueFunctions[%1]").arg(j);
+            const QString path = QStringLiteral("%1[%2]").arg(functionsKey).arg(j);
             ValueFunction f = readFunction(r, r.object(fs.at(j), path), path);
             if (f.points.isEmpty()) {
                 const ValueFunction lin =
@@ -325,6 +362,117 @@ Problem loadProblemFile(const QString& path) {
         throw ProblemFileError(
             QStringLiteral("%1: the file cannot be read: %2").arg(path, file.errorString()));
     return parseProblem(file.readAll(), path);
+}
+
+QJsonValue variantToJson(const Variant& v) {
+    switch (v.type()) {
+    case Variant::Type::Empty: return QJsonValue(QJsonValue::Null);
+    case Variant::Type::Boolean: return QJsonValue(v.toBoolean());
+    case Variant::Type::String: return QJsonValue(v.toString());
+    case Variant::Type::Array: return QJsonValue(QJsonValue::Null);
+    default: return QJsonValue(v.toDouble());
+    }
+}
+
+namespace {
+
+bool sameBits(double a, double b) {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
+
+bool sameVariant(const Variant& a, const Variant& b) {
+    if (a.isString() || b.isString()) return a.isString() && b.isString() && a.toString() == b.toString();
+    if (a.isEmpty() || b.isEmpty()) return a.isEmpty() && b.isEmpty();
+    if (a.isArray() || b.isArray()) return false;
+    return sameBits(a.toDouble(), b.toDouble());
+}
+
+}  // namespace
+
+bool sameCurve(const ValueFunction& a, const ValueFunction& b) {
+    if (!sameBits(a.minimum, b.minimum) || !sameBits(a.maximum, b.maximum) ||
+        a.points.size() != b.points.size())
+        return false;
+    for (qsizetype k = 0; k < a.points.size(); ++k) {
+        if (!sameBits(a.points[k].x(), b.points[k].x()) ||
+            !sameBits(a.points[k].y(), b.points[k].y()))
+            return false;
+    }
+    return true;
+}
+
+bool sameRecord(const ValueFunction& a, const ValueFunction& b) {
+    if (!sameCurve(a, b) || !sameBits(a.middle, b.middle) || a.technique != b.technique ||
+        a.type != b.type || a.fromMaximum != b.fromMaximum)
+        return false;
+    for (int k = 0; k < 4; ++k) {
+        if (!sameVariant(a.parameters[k], b.parameters[k])) return false;
+    }
+    return true;
+}
+
+QJsonObject functionToJson(const ValueFunction& f) {
+    QJsonArray points;
+    for (const QPointF& p : f.points) points.append(QJsonArray{p.x(), p.y()});
+    QJsonObject o{{QStringLiteral("scoreMinimum"), f.minimum},
+                  {QStringLiteral("scoreMiddle"), f.middle},
+                  {QStringLiteral("scoreMaximum"), f.maximum},
+                  {QStringLiteral("technique"), f.technique},
+                  {QStringLiteral("type"), f.type},
+                  {QStringLiteral("points"), points},
+                  {QStringLiteral("parameters"),
+                   QJsonObject{{QStringLiteral("a"), variantToJson(f.parameters[0])},
+                               {QStringLiteral("b"), variantToJson(f.parameters[1])},
+                               {QStringLiteral("c"), variantToJson(f.parameters[2])},
+                               {QStringLiteral("d"), variantToJson(f.parameters[3])}}}};
+    if (f.fromMaximum) o.insert(QStringLiteral("categoryOrder"), QStringLiteral("fromMaximum"));
+    return o;
+}
+
+QJsonObject problemFieldsToJson(const Problem& p) {
+    QJsonArray attributes;
+    for (const Attribute& a : p.attributes) {
+        attributes.append(QJsonObject{
+            {QStringLiteral("name"), a.name},
+            {QStringLiteral("definition"), a.definition},
+            {QStringLiteral("property"), a.cost ? QStringLiteral("cost") : QStringLiteral("benefit")}});
+    }
+    QJsonArray scores;
+    for (const QVector<double>& row : p.scores) {
+        QJsonArray r;
+        for (double v : row) r.append(v);
+        scores.append(r);
+    }
+    QJsonObject o{{QStringLiteral("methodCode"), p.methodCode},
+                  {QStringLiteral("maxValue"), p.maxValue},
+                  {QStringLiteral("alternatives"), QJsonArray::fromStringList(p.alternatives)},
+                  {QStringLiteral("attributes"), attributes},
+                  {QStringLiteral("scores"), scores}};
+    if (!p.title.isEmpty()) o.insert(QStringLiteral("title"), p.title);
+    if (!p.helpDirectory.isEmpty()) o.insert(QStringLiteral("helpDirectory"), p.helpDirectory);
+    return o;
+}
+
+QJsonObject problemToJson(const Problem& p) {
+    QJsonObject o = problemFieldsToJson(p);
+    QJsonArray functions;
+    for (const ValueFunction& f : p.functions) functions.append(functionToJson(f));
+    o.insert(QStringLiteral("valueFunctions"), functions);
+    return o;
+}
+
+void checkFunction(const ValueFunction& f, const QString& source, const QString& path) {
+    static_cast<void>(readFunction(Reader(source), functionToJson(f), path));
+}
+
+bool saveProblemFile(const Problem& problem, const QString& path, QString* error) {
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(QJsonDocument(problemToJson(problem)).toJson(QJsonDocument::Indented));
+        if (file.commit()) return true;
+    }
+    if (error) *error = QStringLiteral("%1: %2").arg(path, file.errorString());
+    return false;
 }
 
 HostArrays toHostArrays(const Problem& p) {
@@ -370,6 +518,7 @@ HostArrays toHostArrays(const Problem& p) {
             h.SmpX(j, k) = Variant(used ? f.points.at(k).x() : 0.0);
             h.SmpY(j, k) = Variant(used ? f.points.at(k).y() : 0.0);
         }
+        if (f.fromMaximum && f.points.size() <= 10) h.SmpY(j, 10) = Variant(true);
         h.VFunParA(j) = Variant(f.parameters[0]);
         h.VFunParB(j) = Variant(f.parameters[1]);
         h.VFunParC(j) = Variant(f.parameters[2]);

@@ -13,6 +13,8 @@
 #include <stdexcept>
 
 class QByteArray;
+class QJsonObject;
+class QJsonValue;
 
 namespace kelmar {
 class KelmarDll;
@@ -26,7 +28,7 @@ struct Attribute {
     bool cost = false;  // lower scores are better
 };
 
-// An earlier value function of one attribute.
+// The value function of one attribute, as the wizard keeps it.
 struct ValueFunction {
     double minimum = 0.0;
     double middle = 0.0;
@@ -34,8 +36,18 @@ struct ValueFunction {
     int technique = 1;
     int type = 0;                  // 0 linear, otherwise the curve through the points
     QVector<QPointF> points;       // score, value fraction 0..1; 2 to 11 points
-    double parameters[4] = {0.0, 0.0, 0.0, 0.0};
+    // a, b, c, d as the wizard stored them (numbers, text or empty).
+    kelmar::Variant parameters[4] = {0.0, 0.0, 0.0, 0.0};
+    // Category Identification ran its levels from the maximum score down
+    // (kept in the eleventh value slot, which that technique never uses).
+    bool fromMaximum = false;
 };
+
+// The same record to the bit: every number, every point, the parameters'
+// kinds and values, the category order.
+bool sameRecord(const ValueFunction& a, const ValueFunction& b);
+// The same curve: the same range and the same points, to the bit.
+bool sameCurve(const ValueFunction& a, const ValueFunction& b);
 
 struct Problem {
     QString source;  // the file name, or "sample problem"
@@ -61,10 +73,24 @@ private:
     QString message_;
 };
 
-// Reads and checks a problem file; throws ProblemFileError.
+// Reads and checks a problem file; throws ProblemFileError. A file of
+// results lines (one JSON object per line) is read from its last line.
 Problem loadProblemFile(const QString& path);
 // Checks JSON text; `source` names it in messages.
 Problem parseProblem(const QByteArray& json, const QString& source);
+
+// The problem with its current functions as a problem file's object.
+QJsonObject problemToJson(const Problem& problem);
+// The problem's own fields without the functions (title, names, scores...).
+QJsonObject problemFieldsToJson(const Problem& problem);
+QJsonObject functionToJson(const ValueFunction& function);
+// A cell as JSON: empty as null, text as a string, a number as a number.
+QJsonValue variantToJson(const kelmar::Variant& value);
+// Checks a function as a problem file's function is checked, so that what
+// is kept can be saved and read again; throws ProblemFileError.
+void checkFunction(const ValueFunction& function, const QString& source, const QString& path);
+// Writes the problem file (indented JSON); false with a message in `error`.
+bool saveProblemFile(const Problem& problem, const QString& path, QString* error = nullptr);
 
 // A linear function with `count` evenly spaced points on [minimum, maximum].
 ValueFunction linearFunction(double minimum, double maximum, bool cost, int count = 5);

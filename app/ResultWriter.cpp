@@ -1,5 +1,7 @@
 #include "ResultWriter.h"
 
+#include "ProblemFile.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QFile>
@@ -27,15 +29,7 @@ QString techniqueName(int id) {
 
 namespace {
 
-QJsonValue toJson(const Variant& v) {
-    switch (v.type()) {
-    case Variant::Type::Empty: return QJsonValue(QJsonValue::Null);
-    case Variant::Type::Boolean: return QJsonValue(v.toBoolean());
-    case Variant::Type::String: return QJsonValue(v.toString());
-    case Variant::Type::Array: return QJsonValue(QStringLiteral("(array)"));
-    default: return QJsonValue(v.toDouble());
-    }
-}
+
 
 bool hasCell(const VariantArray& a, int i) {
     return a.dimensions() == 1 && i >= a.lbound() && i <= a.ubound();
@@ -45,10 +39,17 @@ bool hasCell(const VariantArray& a, int i, int j) {
            j <= a.ubound(2);
 }
 QJsonValue cell(const VariantArray& a, int i) {
-    return hasCell(a, i) ? toJson(a(i)) : QJsonValue(QJsonValue::Null);
+    return hasCell(a, i) ? variantToJson(a(i)) : QJsonValue(QJsonValue::Null);
 }
 
 }  // namespace
+
+bool categoryFromMaximum(const VariantArray& SmpY, int att, int size) {
+    if (size > 10 || !hasCell(SmpY, att, 10)) return false;
+    const Variant& v = SmpY(att, 10);
+    if (v.type() == Variant::Type::Boolean) return v.toBoolean();
+    return v.isNumeric() && !v.isEmpty() && v.toDouble() == -1.0;
+}
 
 QJsonObject resultsToJson(const ExportedResults& r, const QStringList& alternatives,
                           const QStringList& attributes) {
@@ -90,9 +91,11 @@ QJsonObject resultsToJson(const ExportedResults& r, const QStringList& alternati
         }
         for (int k = 0; k < size; ++k) {
             if (!hasCell(r.SmpX, j, k) || !hasCell(r.SmpY, j, k)) break;
-            points.append(QJsonArray{toJson(r.SmpX(j, k)), toJson(r.SmpY(j, k))});
+            points.append(QJsonArray{variantToJson(r.SmpX(j, k)), variantToJson(r.SmpY(j, k))});
         }
         f.insert(QStringLiteral("points"), points);
+        if (categoryFromMaximum(r.SmpY, j, size))
+            f.insert(QStringLiteral("categoryOrder"), QStringLiteral("fromMaximum"));
         f.insert(QStringLiteral("parameters"),
                  QJsonObject{{QStringLiteral("a"), cell(r.VFunParA, j)},
                              {QStringLiteral("b"), cell(r.VFunParB, j)},
@@ -110,7 +113,7 @@ QJsonObject resultsToJson(const ExportedResults& r, const QStringList& alternati
                     {QStringLiteral("attribute"),
                      j >= 0 && j < attributes.size() ? QJsonValue(attributes.at(j))
                                                      : QJsonValue(QJsonValue::Null)},
-                    {QStringLiteral("value"), toJson(r.AttVData(i, j))}});
+                    {QStringLiteral("value"), variantToJson(r.AttVData(i, j))}});
             }
             values.append(QJsonObject{
                 {QStringLiteral("alternative"), i >= 0 && i < alternatives.size()

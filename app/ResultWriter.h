@@ -33,6 +33,10 @@ struct ExportedResults {
 // The technique's name for an id 0..7 ("" for any other id).
 QString techniqueName(int id);
 
+// Whether the category page ran attribute att's levels from the maximum
+// down: True (-1) in the value slot 10, when `size` points leave it free.
+bool categoryFromMaximum(const kelmar::VariantArray& SmpY, int att, int size);
+
 // Every function record and the value table, named with the problem's
 // attribute and alternative names. Cells the component left empty become
 // null; the arrays' own bounds decide what is written.

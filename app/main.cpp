@@ -1,6 +1,9 @@
 // kelmar-host: runs the Kelmar wizard on a decision problem read from a JSON
 // file (or on the built-in sample problem) and writes the value functions
-// and the alternatives' values as JSON.
+// and the alternatives' values as JSON; keeps the results on a workbench to
+// compare, save and export. Without a window it prints the value table or
+// writes a function chart.
+#include "ChartExport.h"
 #include "HostWindow.h"
 #include "ProblemFile.h"
 #include "ResultWriter.h"
@@ -8,6 +11,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QTimer>
 
 #include <cstdio>
@@ -36,6 +40,23 @@ int main(int argc, char** argv) {
                        "started afresh by the first Finish). Default: standard output."),
         QStringLiteral("file"));
     parser.addOption(output);
+    const QCommandLineOption evaluate(
+        QStringLiteral("evaluate"),
+        QStringLiteral("Print the value table that the problem's functions give, as CSV, and "
+                       "exit without opening a window."));
+    parser.addOption(evaluate);
+    const QCommandLineOption chart(
+        QStringLiteral("chart"),
+        QStringLiteral("Write the value function chart of one attribute to <file> (.png or "
+                       ".svg) and exit without opening a window."),
+        QStringLiteral("file"));
+    parser.addOption(chart);
+    const QCommandLineOption attribute(
+        QStringLiteral("attribute"),
+        QStringLiteral("The attribute of --chart, by name or by number from 1. Default: the "
+                       "first."),
+        QStringLiteral("name"));
+    parser.addOption(attribute);
     parser.addPositionalArgument(
         QStringLiteral("problem"),
         QStringLiteral("The decision problem, a JSON file (see docs/problem-format.md). Without "
@@ -61,6 +82,13 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "kelmar-host: give at most one problem file\n");
         return 2;
     }
+    if (parser.isSet(chart)) {
+        const QString suffix = QFileInfo(parser.value(chart)).suffix().toLower();
+        if (suffix != QLatin1String("png") && suffix != QLatin1String("svg")) {
+            std::fprintf(stderr, "kelmar-host: --chart writes a .png or an .svg file\n");
+            return 2;
+        }
+    }
     if (parser.isSet(output) && parser.value(output).isEmpty()) {
         std::fprintf(stderr, "kelmar-host: --output needs a file name\n");
         return 2;
@@ -74,14 +102,59 @@ int main(int argc, char** argv) {
         return 2;
     }
 
+    const bool batch = parser.isSet(evaluate) || parser.isSet(chart);
+    int chartAttribute = 0;
+    if (parser.isSet(chart)) {
+        const QString wanted = parser.value(attribute);
+        bool isNumber = false;
+        const int number = wanted.toInt(&isNumber);
+        chartAttribute = wanted.isEmpty() ? 0 : isNumber ? number - 1 : -1;
+        for (int j = 0; !isNumber && j < problem.attributes.size(); ++j) {
+            if (problem.attributes[j].name == wanted) chartAttribute = j;
+        }
+        if (chartAttribute < 0 || chartAttribute >= problem.attributes.size()) {
+            std::fprintf(stderr, "kelmar-host: %s: no attribute %s\n", qPrintable(problem.source),
+                         qPrintable(wanted));
+            return 2;
+        }
+    }
+    if (parser.isSet(evaluate)) {
+        QStringList names;
+        for (const Attribute& a : problem.attributes) names << a.name;
+        const QByteArray csv = valueTableCsv(problem.alternatives, names, evaluateProblem(problem));
+        if (std::fwrite(csv.constData(), 1, static_cast<std::size_t>(csv.size()), stdout) !=
+                static_cast<std::size_t>(csv.size()) ||
+            std::fflush(stdout) != 0) {
+            std::fprintf(stderr, "kelmar-host: standard output cannot be written\n");
+            return 1;
+        }
+    }
+    // Charts are drawn without a screen.
+    if (batch && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kelmar-host"));
     QApplication::setApplicationVersion(QString::fromLatin1(kVersion));
+    if (parser.isSet(chart)) {
+        kelmar::ValueFunctionChart drawing;
+        drawAttributeChart(drawing, problem, chartAttribute,
+                           {{QStringLiteral("Loaded"), problem.functions.value(chartAttribute)}});
+        QString error;
+        if (!writeChart(drawing, parser.value(chart), &error)) {
+            std::fprintf(stderr, "kelmar-host: %s\n", qPrintable(error));
+            return 1;
+        }
+    }
+    if (batch) return 0;
+
     int status = 0;
     {
-        HostWindow window(std::move(problem), ResultWriter(parser.value(output)));
+        // A problem file of its own is saved back to itself; the sample
+        // and a file of results lines are saved under a new name.
+        const QString savePath =
+            files.isEmpty() || problem.source != files.first() ? QString() : files.first();
+        HostWindow window(std::move(problem), ResultWriter(parser.value(output)), savePath);
         QObject::connect(&window, &HostWindow::sessionEnded, &app, [] { QApplication::exit(0); });
-        window.transferProblem();
         window.show();
         // The wizard's settings page runs modally, so it is opened from
         // inside the event loop.

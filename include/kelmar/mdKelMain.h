@@ -126,6 +126,42 @@ double GeometricPointFromHigh(Variant& a0, Variant& a1, std::int16_t& j, std::in
 double GeometricIndexFromLow(Variant& a0, Variant& a1, Variant& a2, std::int16_t& k, float& c);
 double GeometricIndexFromHigh(Variant& a0, Variant& a1, Variant& a2, std::int16_t& k, float& c);
 
+// --- The exponential of a midpoint judgment --------------------------------
+//
+// For an attribute on lo .. hi the value is
+//   benefit: v(x) = (1 - e^(-(x - lo) / rho)) / (1 - e^(-(hi - lo) / rho))
+//   cost:    v(x) = (1 - e^(-(hi - x) / rho)) / (1 - e^(-(hi - lo) / rho))
+// with rho of either sign and the straight line as rho goes to infinity.
+// The routines below work with the rate k = (hi - lo) / rho, which is 0 for
+// the line, so that no infinity is ever formed.
+
+// The shape on the unit square, s(t) = (1 - e^(-k t)) / (1 - e^(-k)), t the
+// distance from the worst end as a fraction of the range; and its inverse.
+double ExponentialShape(double t, double rate);
+double ExponentialShapeInverse(double v, double rate);
+// The rate k whose shape is one half at z (0 < z < 1; 0 for z = 0.5), by
+// bisection to the last bits of a double. Error 5 outside 0 < z < 1.
+double ExponentialRate(double z);
+// v(x) for a benefit or a cost attribute on lo .. hi.
+double ExponentialValue(double x, double lo, double hi, double rate, bool cost);
+// The rate that makes the middle score worth one half on the attribute's
+// working range (its orientation from AttPropertyCopy(att)).
+double MiddleScoreRate(std::int16_t& att, double& middle);
+// The parameters that VFunParA and VFunParB show. Linear: v(x) = a x + b,
+// so a = +-1 / (hi - lo) and b the intercept. Exponential: a = rho (in
+// score units), b = rho / (hi - lo). Nothing evaluates a function from them.
+double LinearParameterA(std::int16_t& att);
+double LinearParameterB(std::int16_t& att);
+double ExponentialParameterA(std::int16_t& att, double& middle);
+double ExponentialParameterB(std::int16_t& att, double& middle);
+// Refills the attribute's SmpSize points from the exponential through the
+// middle score: the ends copied from the range, the middle point of an odd
+// size the middle score itself at value one half, the others at equal steps
+// of value unless a blend towards equal steps of score keeps the curve
+// through the points closer to the exponential. ScoreMiddle(att) becomes
+// the middle score.
+void ResampleExponential(std::int16_t& att, double& middle);
+
 // --- Sample points ---------------------------------------------------------
 
 void UpdateSamplePoints(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);

@@ -109,24 +109,10 @@ void fitValueLabels(DrawSurface& pic, const std::vector<QString>& labels) {
 
 }  // namespace
 
-void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
-    WizardData& w = wizardData();
-    QString title = QStringLiteral("Value Function Curve on ") + w.AttName(att).toString().trimmed();
-
-    std::int16_t pointCount = kPointCount;
-    std::int16_t seriesCount = 1;
-    std::vector<std::vector<float>> table(2, std::vector<float>(kPointCount + 1, 0.0f));
-
-    std::int16_t n = w.SmpSize(att).toInteger();
-    const std::int16_t last = checkedSub(n, 1);
-    if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-    VariantArray xs(0, last), ys(0, last), out(0, 4);
-    for (int k = 0; k <= last; ++k) {
-        xs(k) = w.SmpX(att, k);
-        ys(k) = w.SmpY(att, k);
-    }
-    double scoreMin = w.ScoreMinimum(att).toDouble();
-    double scoreMax = w.ScoreMaximum(att).toDouble();
+std::vector<float> SampleCurve(VariantArray& xs, VariantArray& ys, std::int16_t& n,
+                               double scoreMin, double scoreMax) {
+    std::vector<float> curve(kPointCount + 1, 0.0f);
+    VariantArray out(0, 4);
     const float h = csng((scoreMax - scoreMin) / kPointCount);
     std::int16_t evaluate = -1;
     for (int k = 0; k <= kPointCount; ++k) {
@@ -138,20 +124,51 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
         } else if (v < 0.0) {
             v = 0.0;
         }
-        table[1][static_cast<std::size_t>(k)] = static_cast<float>(v);
+        curve[static_cast<std::size_t>(k)] = static_cast<float>(v);
     }
+    return curve;
+}
 
-    // Labels 0 .. maxVal in quarters, index i at the height i/4 of the box,
-    // all formatted "0.00" ("0.00" .. "1.00", or "0.00" .. "100.00").
-    std::int16_t valueTicks = 4;
+std::vector<QString> ValueLabels(std::int16_t maxVal, std::int16_t valueTicks) {
+    // Labels 0 .. maxVal in equal steps, index i at the height i/ticks of
+    // the box, all formatted "0.00" ("0.00" .. "1.00", or "0.00" .. "100.00").
     std::vector<QString> labels;
     for (int i = 0; i <= valueTicks; ++i) {
         const float v = static_cast<float>(maxVal) * static_cast<float>(i) / valueTicks;
         labels.push_back(fmt::formatNumber(v, QStringLiteral("0.00")));
     }
+    return labels;
+}
+
+void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
+    WizardData& w = wizardData();
+    QString title = QStringLiteral("Value Function Curve on ") + w.AttName(att).toString().trimmed();
+
+    std::int16_t pointCount = kPointCount;
+    std::int16_t seriesCount = 1;
+
+    std::int16_t n = w.SmpSize(att).toInteger();
+    const std::int16_t last = checkedSub(n, 1);
+    if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    VariantArray xs(0, last), ys(0, last);
+    for (int k = 0; k <= last; ++k) {
+        xs(k) = w.SmpX(att, k);
+        ys(k) = w.SmpY(att, k);
+    }
+    double scoreMin = w.ScoreMinimum(att).toDouble();
+    double scoreMax = w.ScoreMaximum(att).toDouble();
+    std::vector<std::vector<float>> table(2, std::vector<float>(kPointCount + 1, 0.0f));
+    table[1] = SampleCurve(xs, ys, n, scoreMin, scoreMax);
+
+    std::int16_t valueTicks = 4;
+    std::vector<QString> labels = ValueLabels(maxVal, valueTicks);
     DrawVFAxes(pic, title, valueTicks, labels, pointCount, scoreMin, scoreMax);
     double divisor = 1.0;
     DrawVFSeries(pic, pointCount, seriesCount, table, divisor);
+}
+
+void SetVFChartScale(DrawSurface& pic) {
+    pic.setScale(kScaleLeft, kScaleTop, kScaleRight, kScaleBottom);
 }
 
 void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
@@ -159,7 +176,7 @@ void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
                 double& scoreMax) {
     pic.setBackColor(kChartBack);
     pic.cls();
-    pic.setScale(kScaleLeft, kScaleTop, kScaleRight, kScaleBottom);
+    SetVFChartScale(pic);
     pic.setDrawWidth(1);
     pic.setForeColor(qbColor(0));
 
@@ -211,19 +228,22 @@ void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
 
 void DrawVFSeries(DrawSurface& pic, std::int16_t& pointCount, std::int16_t& seriesCount,
                   std::vector<std::vector<float>>& table, double& divisor) {
+    for (int s = 1; s <= seriesCount; ++s)
+        DrawVFCurve(pic, table.at(static_cast<std::size_t>(s)), pointCount, divisor, qbColor(s + 8));
+}
+
+void DrawVFCurve(DrawSurface& pic, const std::vector<float>& series, std::int16_t pointCount,
+                 double divisor, OleColor color) {
     const int savedWidth = pic.drawWidth();
     pic.setDrawWidth(2);
-    for (int s = 1; s <= seriesCount; ++s) {
-        const std::vector<float>& series = table.at(static_cast<std::size_t>(s));
-        double x = 0;
-        double y = series.at(0) * 100.0 / divisor;
-        for (int k = 1; k <= pointCount; ++k) {
-            const double x2 = x + 100.0 / pointCount;
-            const double y2 = series.at(static_cast<std::size_t>(k)) * 100.0 / divisor;
-            pic.line(x, y, x2, y2, qbColor(s + 8));
-            x = x2;
-            y = y2;
-        }
+    double x = 0;
+    double y = series.at(0) * 100.0 / divisor;
+    for (int k = 1; k <= pointCount; ++k) {
+        const double x2 = x + 100.0 / pointCount;
+        const double y2 = series.at(static_cast<std::size_t>(k)) * 100.0 / divisor;
+        pic.line(x, y, x2, y2, color);
+        x = x2;
+        y = y2;
     }
     pic.setDrawWidth(savedWidth);
 }

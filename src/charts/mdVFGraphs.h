@@ -1,6 +1,8 @@
 // Drawing routines shared by the pages (module mdVFGraphs).
 #pragma once
 
+#include <kelmar/Variant.h>
+
 #include <QString>
 
 #include <cstdint>
@@ -15,6 +17,17 @@ class DrawSurface;
 // maxVal (1 or 100) chooses the value labels.
 void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal);
 
+// The user scale of the value function chart, in which the plot box runs
+// from 0 to 100 both ways (values upwards); the axes routine sets it, and a
+// page that places marks on the chart before its first drawing sets it too.
+void SetVFChartScale(DrawSurface& pic);
+// The curve through n sample points (xs, ys from 0), evaluated at the 33
+// scores of the chart's score axis and cut to 0 .. 1.
+std::vector<float> SampleCurve(VariantArray& xs, VariantArray& ys, std::int16_t& n,
+                               double scoreMin, double scoreMax);
+// The value axis labels 0 .. maxVal in valueTicks equal steps, "0.00".
+std::vector<QString> ValueLabels(std::int16_t maxVal, std::int16_t valueTicks);
+
 // The axes routine: clears the picture and draws frame, grid, title, labels.
 void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
                 std::vector<QString>& valueLabels, std::int16_t& scoreTicks, double& scoreMin,
@@ -24,6 +37,11 @@ void DrawVFAxes(DrawSurface& pic, QString& title, std::int16_t& valueTicks,
 // as a polyline in QBColor(s + 8), pen width 2.
 void DrawVFSeries(DrawSurface& pic, std::int16_t& pointCount, std::int16_t& seriesCount,
                   std::vector<std::vector<float>>& table, double& divisor);
+
+// One series as a polyline of pointCount segments across the box, pen
+// width 2.
+void DrawVFCurve(DrawSurface& pic, const std::vector<float>& series, std::int16_t pointCount,
+                 double divisor, std::uint32_t color);
 
 // A raised (style 1) or sunken (style 2) panel filled with the button face.
 void DrawPanel(DrawSurface& pic, double x1, double y1, double x2, double y2, std::int16_t style);

@@ -34,9 +34,9 @@ TEST(ProblemFileTest, GoodFilesAreReadAndFunctionsGivenByRangeOrNotAtAllAreStrai
     EXPECT_EQ(std::make_tuple(price.middle, price.type, price.technique), std::make_tuple(21000.0, 1, 2));
     ASSERT_EQ(price.points.size(), 3);
     EXPECT_EQ(price.points[1], QPointF(21000, 0.7));
-    EXPECT_EQ(std::vector<double>(std::begin(price.parameters), std::end(price.parameters)),
-              (std::vector<double>{1.5, 0, 0, -2}))
-        << "a parameter left out is 0";
+    std::vector<double> parameters;
+    for (const kelmar::Variant& v : price.parameters) parameters.push_back(v.toDouble());
+    EXPECT_EQ(parameters, (std::vector<double>{1.5, 0, 0, -2})) << "a parameter left out is 0";
     EXPECT_EQ(std::make_pair(p.functions[1].middle, p.functions[1].technique), std::make_pair(500.0, 1))
         << "a range alone: the middle in the centre, Direct Rating";
     EXPECT_EQ(loadProblemFile(dataFile("no_functions.json")).maxValue, 100);
@@ -88,12 +88,14 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
     const struct { const char* function; const char* expected; } functions[] = {
         {R"({"scoreMinimum": 5, "scoreMaximum": 5})",
          "valueFunctions[0].scoreMaximum: must be greater than scoreMinimum (5), found 5"},
-        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "scoreMiddle": 31})",
-         "valueFunctions[0].scoreMiddle: expected a score from 0 to 30, found 31"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "scoreMiddle": "15"})",
+         "valueFunctions[0].scoreMiddle: expected a number, found a string"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "categoryOrder": "up"})",
+         "valueFunctions[0].categoryOrder: expected \"fromMaximum\" or \"fromMinimum\", found \"up\""},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "technique": 8})",
          "valueFunctions[0].technique: expected a whole number from 0 to 7, found 8"},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "type": 0.5})",
-         "valueFunctions[0].type: expected a whole number from 0 to 1, found 0.5"},
+         "valueFunctions[0].type: expected a whole number from -32768 to 32767, found 0.5"},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [30, 1.5]]})",
          "valueFunctions[0].points[1][1]: expected a value from 0 to 1, found 1.5"},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [20, 0]]})",

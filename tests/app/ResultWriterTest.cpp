@@ -14,7 +14,7 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 #include <QPointer>
-#include <QTableWidget>
+#include <QTableView>
 #include <QTemporaryDir>
 
 namespace kelmarhost {
@@ -23,24 +23,28 @@ namespace {
 using kelmar::Variant;
 using kelmar::VariantArray;
 
-// A finished record of two attributes and two alternatives.
+// A finished record of `atts` attributes (two by default) and `alts`
+// alternatives.
 struct Record {
-    VariantArray values{0, 1, 0, 1}, lo{0, 1}, mid{0, 1}, hi{0, 1}, size{0, 1}, x{0, 1, 0, 10},
-        y{0, 1, 0, 10}, a{0, 1}, b{0, 1}, c{0, 1}, d{0, 1}, type{0, 1}, tech{0, 1};
+    VariantArray values, lo, mid, hi, size, x, y, a, b, c, d, type, tech;
     Variant techniques;
-    Record() {
-        for (int j = 0; j < 2; ++j) {
-            tech(j) = Variant(static_cast<std::int16_t>(5 - 2 * j));
+    explicit Record(int alts = 2, int atts = 2)
+        : values(0, alts - 1, 0, atts - 1), lo(0, atts - 1), mid(0, atts - 1), hi(0, atts - 1),
+          size(0, atts - 1), x(0, atts - 1, 0, 10), y(0, atts - 1, 0, 10), a(0, atts - 1),
+          b(0, atts - 1), c(0, atts - 1), d(0, atts - 1), type(0, atts - 1), tech(0, atts - 1) {
+        for (int j = 0; j < atts; ++j) {
+            const int n = 3 - j % 2;
+            tech(j) = Variant(static_cast<std::int16_t>(5 - 2 * (j % 2)));
             lo(j) = Variant(1.0 * j);
             mid(j) = Variant(5.0 + j);
             hi(j) = Variant(10.0 + j);
-            size(j) = Variant(static_cast<std::int16_t>(3 - j));
-            for (int k = 0; k < 3; ++k) {
-                x(j, k) = Variant(5.0 * k);
-                y(j, k) = Variant(k / 2.0);
+            size(j) = Variant(static_cast<std::int16_t>(n));
+            for (int k = 0; k < n; ++k) {
+                x(j, k) = Variant(j + (10.0 / (n - 1)) * k);
+                y(j, k) = Variant(k / (n - 1.0));
             }
-            type(j) = Variant(static_cast<std::int16_t>(1 - j));
-            for (int i = 0; i < 2; ++i) values(i, j) = Variant(10.0 * i + j);
+            type(j) = Variant(static_cast<std::int16_t>(1 - j % 2));
+            for (int i = 0; i < alts; ++i) values(i, j) = Variant(10.0 * i + j);
         }
         techniques = Variant(tech);
         a(0) = Variant(1.0), b(0) = Variant(2.0), c(0) = Variant(3.0), d(0) = Variant(4.0);
@@ -83,7 +87,7 @@ TEST(ResultWriterTest, OneExportRoundTripsThroughTheFile) {
          "points": [[0, 0], [5, 0.5], [10, 1]], "parameters": {"a": 1, "b": 2, "c": 3, "d": 4}},
         {"attribute": "Docks", "scoreMinimum": 1, "scoreMiddle": 6, "scoreMaximum": 11, "maxValue": 100,
          "technique": 3, "techniqueName": "Category Identification", "type": 0, "sampleSize": 2,
-         "points": [[0, 0], [5, 0.5]], "parameters": {"a": null, "b": null, "c": null, "d": null}}],
+         "points": [[1, 0], [11, 1]], "parameters": {"a": null, "b": null, "c": null, "d": null}}],
       "values": [
         {"alternative": "North", "values": [{"attribute": "Rent", "value": 0}, {"attribute": "Docks", "value": 1}]},
         {"alternative": "South", "values": [{"attribute": "Rent", "value": 10}, {"attribute": "Docks", "value": null}]}]})");
@@ -98,7 +102,6 @@ protected:
         kelmar::setModalRunner([](QDialog& page) { page.show(); });
         kelmar::setMessageBoxHook([](QMessageBox&) { return QMessageBox::Ok; });
         window.show();
-        window.transferProblem();
         window.showWizard();
         for (QWidget* w : QApplication::topLevelWidgets()) {
             if (w != &window && w->isVisible()) settings = qobject_cast<QDialog*>(w);
@@ -118,10 +121,11 @@ protected:
     bool ended = false;
 };
 
-TEST_F(HostWindowTest, NoticesResultsAndTheEndOfTheWizard) {
+TEST_F(HostWindowTest, KeepsEveryFinishAndStaysOpenWhenTheWizardCloses) {
     ASSERT_FALSE(settings.isNull()) << "the wizard opens";
     EXPECT_EQ(kelmar::wizardData().AltNum, 6);
-    Record r;
+    EXPECT_TRUE(window.wizardOpen());
+    Record r(6, 5);
     for (int n = 0; n < 2; ++n) {
         window.ExportResults(r.values, r.lo, r.mid, r.hi, 100, r.techniques, r.size, r.x, r.y, r.a,
                              r.b, r.c, r.d, r.type);
@@ -131,20 +135,30 @@ TEST_F(HostWindowTest, NoticesResultsAndTheEndOfTheWizard) {
     EXPECT_EQ(lines[1].value(QStringLiteral("values")).toArray().at(0).toObject()
                   .value(QStringLiteral("alternative")).toString(),
               QStringLiteral("Northgate Business Park"));
-    auto* values = window.findChild<QTableWidget*>(QStringLiteral("tblValues"));
-    ASSERT_TRUE(values && values->item(1, 0));
-    EXPECT_EQ(values->item(1, 0)->text(), QStringLiteral("10.00"));
+    auto* values = window.findChild<QTableView*>(QStringLiteral("tblValues"));
+    ASSERT_TRUE(values != nullptr);
+    EXPECT_EQ(values->model()->index(1, 0).data().toString(), QStringLiteral("10.00"));
+    EXPECT_EQ(window.exportCount(), 2);
+    EXPECT_TRUE(window.hasUnsavedWork());
 
-    // The host's answer to UnloadKelmar releases the wizard; the session
-    // ends once the event has unwound.
+    // The host's answer to UnloadKelmar releases the wizard once the event
+    // has unwound; the window stays.
     settings->hide();
     window.UnloadKelmar();
-    EXPECT_FALSE(ended) << "not while the page's handler may still run";
+    EXPECT_TRUE(window.wizardOpen()) << "not while the page's handler may still run";
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
-    EXPECT_TRUE(ended);
+    EXPECT_FALSE(window.wizardOpen());
+    EXPECT_FALSE(ended);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(settings.isNull()) << "the settings page is released";
+
+    // Opened again, the wizard starts from the functions of the last Finish.
+    window.showWizard();
+    const kelmar::WizardData& w = kelmar::wizardData();
+    EXPECT_EQ(w.InSmpSize(1).toInteger(), 2);
+    EXPECT_EQ(w.InSmpX(1, 1).toDouble(), 11.0);
+    EXPECT_EQ(w.InVFTechniqueID(0).toInteger(), 5);
 }
 
 }  // namespace

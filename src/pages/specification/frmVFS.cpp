@@ -1,14 +1,18 @@
 #include "pages/specification/frmVFS.h"
 
 #include "component/PageRegistry.h"
+#include "model/Arith.h"
+#include "pages/specification/FormulaImages.h"
 
 #include <kelmar/mdKelMain.h>
 
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QVBoxLayout>
 
 namespace kelmar {
@@ -23,81 +27,183 @@ Variant cellOrEmpty(const VariantArray& array, int att) {
     return array(att);
 }
 
-bool isCostProperty(const Variant& property) {
+bool readsAsOne(const Variant& property) {
     try {
         return property.toDouble() == 1.0;
     } catch (const RuntimeError&) {
         return false;  // text that is not a number
     }
 }
+
+QLabel* makeValue(QWidget* parent, const char* name) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setFrameShape(QFrame::Panel);
+    label->setFrameShadow(QFrame::Sunken);
+    label->setMinimumWidth(170);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
 }  // namespace
 
 QString frmVFS::orientationText(const Variant& property) {
-    return isCostProperty(property) ? QStringLiteral("Cost-oriented.")
-                                    : QStringLiteral("Benefit-oriented.");
+    return readsAsOne(property) ? QStringLiteral("Cost-oriented.") : QStringLiteral("Benefit-oriented.");
 }
 
 frmVFS::frmVFS(QWidget* parent) : KelPage(kNoPageId, parent) {
     setObjectName(QStringLiteral("frmVFS"));
     setWindowTitle(QStringLiteral("Kelmar: Attribute and Value Function"));
+    imgListFormula = new FormulaImageList(this);
 
-    lblAttName_ = new QLabel(this);
-    lblAttName_->setObjectName(QStringLiteral("lblAttName"));
-    QFont bold = lblAttName_->font();
+    tsPanel = new QTabWidget(this);
+    tsPanel->setObjectName(QStringLiteral("tsPanel"));
+
+    // About the attribute.
+    auto* about = new QWidget(tsPanel);
+    about->setObjectName(QStringLiteral("AboutAtt"));
+    labCUFProperty = new QLabel(about);
+    labCUFProperty->setObjectName(QStringLiteral("labCUFProperty"));
+    txtCUFDefinition = new QPlainTextEdit(about);
+    txtCUFDefinition->setObjectName(QStringLiteral("txtCUFDefinition"));
+    txtCUFDefinition->setReadOnly(true);
+    auto* aboutLayout = new QVBoxLayout(about);
+    aboutLayout->addWidget(new QLabel(tr("Definition:"), about));
+    aboutLayout->addWidget(txtCUFDefinition, 1);
+    aboutLayout->addWidget(labCUFProperty);
+    tsPanel->addTab(about, QStringLiteral("About the attribute"));
+
+    // Function formula.
+    auto* formula = new QWidget(tsPanel);
+    formula->setObjectName(QStringLiteral("VFunFormula"));
+    Label1 = new QLabel(QStringLiteral("Function Type:"), formula);
+    Label1->setObjectName(QStringLiteral("Label1"));
+    lblFType = new QLabel(formula);
+    lblFType->setObjectName(QStringLiteral("lblFType"));
+    QFont bold = lblFType->font();
     bold.setBold(true);
-    lblAttName_->setFont(bold);
+    lblFType->setFont(bold);
+    picFormula = new QLabel(formula);
+    picFormula->setObjectName(QStringLiteral("picFormula"));
+    picFormula->setFrameShape(QFrame::Panel);
+    picFormula->setFrameShadow(QFrame::Sunken);
+    picFormula->setAlignment(Qt::AlignCenter);
+    picFormula->setMinimumSize(520, 120);
+    picFormula->setStyleSheet(QStringLiteral("background: white"));
 
-    labCUFProperty_ = new QLabel(this);
-    labCUFProperty_->setObjectName(QStringLiteral("labCUFProperty"));
-    txtCUFDefinition_ = new QPlainTextEdit(this);
-    txtCUFDefinition_->setObjectName(QStringLiteral("txtCUFDefinition"));
-    txtCUFDefinition_->setReadOnly(true);
-    txtCUFDefinition_->setMaximumHeight(90);
-    lblFType_ = new QLabel(this);
-    lblFType_->setObjectName(QStringLiteral("lblFType"));
-    lblRange_ = new QLabel(this);
-    lblRange_->setObjectName(QStringLiteral("lblRange"));
+    Frame2 = new QGroupBox(QStringLiteral("Function Parameters"), formula);
+    Frame2->setObjectName(QStringLiteral("Frame2"));
+    lbla = makeValue(Frame2, "lbla");
+    lblb = makeValue(Frame2, "lblb");
+    lblc = makeValue(Frame2, "lblc");
+    lbld = makeValue(Frame2, "lbld");
+    auto* parameters = new QFormLayout(Frame2);
+    parameters->addRow(QStringLiteral("a ="), lbla);
+    parameters->addRow(QStringLiteral("b ="), lblb);
+    parameters->addRow(QStringLiteral("c ="), lblc);
+    parameters->addRow(QStringLiteral("d ="), lbld);
 
-    auto* form = new QFormLayout;
-    form->addRow(QStringLiteral("Attribute:"), lblAttName_);
-    form->addRow(QStringLiteral("Definition:"), txtCUFDefinition_);
-    form->addRow(QStringLiteral("Property:"), labCUFProperty_);
-    form->addRow(QStringLiteral("Function Type:"), lblFType_);
-    form->addRow(QStringLiteral("Score range:"), lblRange_);
+    auto* range = new QGroupBox(tr("Score range"), formula);
+    lblMin = makeValue(range, "lblMin");
+    lblMiddle = makeValue(range, "lblMiddle");
+    lblMax = makeValue(range, "lblMax");
+    auto* scores = new QFormLayout(range);
+    scores->addRow(tr("Minimum:"), lblMin);
+    scores->addRow(tr("Middle:"), lblMiddle);
+    scores->addRow(tr("Maximum:"), lblMax);
 
-    auto* close = new QPushButton(QStringLiteral("&Close"), this);
-    close->setObjectName(QStringLiteral("cmdOK"));
-    close->setDefault(true);
-    connect(close, &QPushButton::clicked, this, [this] { this->close(); });
+    auto* type = new QHBoxLayout;
+    type->addWidget(Label1);
+    type->addWidget(lblFType);
+    type->addStretch(1);
+    auto* numbers = new QHBoxLayout;
+    numbers->addWidget(Frame2, 1);
+    numbers->addWidget(range, 1);
+    auto* formulaLayout = new QVBoxLayout(formula);
+    formulaLayout->addLayout(type);
+    formulaLayout->addWidget(picFormula, 1);
+    formulaLayout->addLayout(numbers);
+    tsPanel->addTab(formula, QStringLiteral("Function formula"));
+
+    cmdOK = new QPushButton(QStringLiteral("OK"), this);
+    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    cmdOK->setDefault(true);
+    connect(cmdOK, &QPushButton::clicked, this, [this] { close(); });
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
-    buttons->addWidget(close);
+    buttons->addWidget(cmdOK);
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(form);
-    layout->addStretch(1);
+    layout->addWidget(tsPanel, 1);
     layout->addLayout(buttons);
-    resize(420, 260);
+    resize(600, 420);
 }
 
 void frmVFS::onLoad() {
+    const int att = wizardData().SelAtt;
+    fillAbout(att);
+    fillFormula(att);
+}
+
+void frmVFS::fillAbout(int att) {
     const WizardData& w = wizardData();
-    const int att = w.SelAtt;
-    lblAttName_->setText(cellOrEmpty(w.AttName, att).toString());
-    txtCUFDefinition_->setPlainText(cellOrEmpty(w.AttDefinition, att).toString().trimmed());
-    labCUFProperty_->setText(orientationText(cellOrEmpty(w.AttProperty, att)));
-    const Variant type = cellOrEmpty(w.VFunType, att);
-    bool linear = true;
-    try {
-        linear = type.toDouble() == 0.0;
-    } catch (const RuntimeError&) {
-        linear = false;
+    txtCUFDefinition->setPlainText(cellOrEmpty(w.AttDefinition, att).toString().trimmed());
+    labCUFProperty->setText(orientationText(cellOrEmpty(w.AttProperty, att)));
+}
+
+void frmVFS::showFormula(int picture) {
+    formulaPicture_ = picture;
+    picFormula->setPixmap(imgListFormula->picture(picture));
+}
+
+void frmVFS::fillFormula(int att) {
+    WizardData& w = wizardData();
+    for (QLabel* label : {lbla, lblb, lblc, lbld}) label->clear();
+    const bool cost = cellOrEmpty(w.AttPropertyCopy, att).toDouble() != 0.0;
+    if (isLinearType(cellOrEmpty(w.VFunType, att))) {
+        lblFType->setText(QStringLiteral("Linear"));
+        showFormula(cost ? 2 : 1);
+        lbla->setText(cellOrEmpty(w.VFunParA, att).toString());
+        lblb->setText(cellOrEmpty(w.VFunParB, att).toString());
+    } else {
+        lblFType->setText(QStringLiteral("Non-Linear"));
+        const double technique = cellOrEmpty(w.VFTechniqueID, att).toDouble();
+        if (technique == static_cast<double>(kMidPoint)) {
+            showFormula(cost ? 4 : 3);
+            lbla->setText(cellOrEmpty(w.VFunParA, att).toString());
+            lblb->setText(cellOrEmpty(w.VFunParB, att).toString());
+        } else if (technique == static_cast<double>(kCategoryIdentification)) {
+            showFormula(w.SmpY(att, 10).toDouble() == 0.0 ? 6 : 7);
+            lbla->setText(Variant(w.CategoryFactor).toString());
+            lblb->setText(Variant(checkedSub(w.CategoryCount, 1)).toString());
+        } else {
+            showFormula(5);
+            std::int16_t a = static_cast<std::int16_t>(att);
+            CurveParameters(a, w.SelPoint);
+            lbla->setText(curveCoefficients_(0).toString());
+            lblb->setText(curveCoefficients_(1).toString());
+            lblc->setText(curveCoefficients_(2).toString());
+            lbld->setText(curveCoefficients_(3).toString());
+        }
     }
-    lblFType_->setText(linear ? QStringLiteral("Linear") : QStringLiteral("Non-Linear"));
-    const QString lo = cellOrEmpty(w.ScoreMinimum, att).toString();
-    const QString hi = cellOrEmpty(w.ScoreMaximum, att).toString();
-    lblRange_->setText(lo.isEmpty() && hi.isEmpty() ? QStringLiteral("not set yet")
-                                                    : lo + QStringLiteral(" to ") + hi);
+    lblMin->setText(cellOrEmpty(w.ScoreMinimum, att).toString());
+    lblMiddle->setText(cellOrEmpty(w.ScoreMiddle, att).toString());
+    lblMax->setText(cellOrEmpty(w.ScoreMaximum, att).toString());
+}
+
+void frmVFS::CurveParameters(std::int16_t& att, std::int16_t& point) {
+    WizardData& w = wizardData();
+    std::int16_t n = w.SmpSize(att).toInteger();
+    const std::int16_t last = checkedSub(n, 1);
+    if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    VariantArray x(0, last);
+    VariantArray y(0, last);
+    for (int k = 0; k <= last; ++k) {
+        x(k) = w.SmpX(att, k);
+        y(k) = w.SmpY(att, k);
+    }
+    std::int16_t evaluate = -1;
+    double at = w.SmpX(att, point).toDouble();
+    AkimaInterpolate(x, y, n, evaluate, at, curveCoefficients_);
 }
 
 void frmVFS::onClosed() { raiseUnloadKelVFS(); }

@@ -58,8 +58,9 @@ QPushButton* makeButton(QWidget* parent, const char* name, const QString& captio
 
 // --- MarkImageList -----------------------------------------------------------
 
-MarkImageList::MarkImageList(QObject* parent) : QObject(parent) {
-    const QSize size = PointMark::markSize();
+MarkImageList::MarkImageList(QObject* parent, Shape shape)
+    : QObject(parent), size_(shape == Shape::Dot ? PointMark::dotSize() : PointMark::markSize()) {
+    const QSize size = size_;
     const qreal ratio = 2.0;  // drawn at twice the size so that it stays crisp when scaled
     for (int picture = 0; picture < 2; ++picture) {
         QPixmap pixmap(size * ratio);
@@ -68,6 +69,19 @@ MarkImageList::MarkImageList(QObject* parent) : QObject(parent) {
         QPainter p(&pixmap);
         p.setRenderHint(QPainter::Antialiasing);
         const QColor fill = picture == 0 ? kMarkNormal : kMarkSelected;
+        if (shape == Shape::Dot) {
+            // A ring with a light centre, so that the curve under it shows
+            // where the point lies.
+            const QRectF ring = QRectF(QPointF(0, 0), QSizeF(size)).adjusted(1.5, 1.5, -1.5, -1.5);
+            p.setPen(QPen(fill, 2.5));
+            p.setBrush(QColor(255, 255, 255, 200));
+            p.drawEllipse(ring);
+            p.setPen(Qt::NoPen);
+            p.setBrush(fill);
+            p.drawEllipse(ring.center(), 1.5, 1.5);
+            pictures_[static_cast<std::size_t>(picture)] = pixmap;
+            continue;
+        }
         // A pin: a round head above a point that marks the position.
         const qreal w = size.width();
         const qreal cx = w / 2.0;
@@ -95,14 +109,15 @@ const QPixmap& MarkImageList::picture(int picture) const noexcept {
 PointMark::PointMark(TechniquePage& page, int index, QWidget* parent)
     : QWidget(parent), page_(page), index_(index) {
     setObjectName(QStringLiteral("picScorePoint_%1").arg(index));
-    setFixedSize(markSize());
+    setFixedSize(page.markPictures().size());
     setFocusPolicy(Qt::StrongFocus);
-    setCursor(Qt::SizeHorCursor);
+    setCursor(page.features().marksOnValueChart ? Qt::SizeVerCursor : Qt::SizeHorCursor);
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     hide();
 }
 
 QSize PointMark::markSize() { return {11, 17}; }
+QSize PointMark::dotSize() { return {13, 13}; }
 
 void PointMark::setPicture(int picture) {
     if (picture_ == picture) return;
@@ -173,7 +188,8 @@ TechniquePage::TechniquePage(int pageId, const QString& formName, const QString&
     : KelPage(pageId, parent), features_(features) {
     setObjectName(formName);
     setWindowTitle(title);
-    markPictures_ = new MarkImageList(this);
+    markPictures_ = new MarkImageList(this, features_.marksOnValueChart ? MarkImageList::Shape::Dot
+                                                                       : MarkImageList::Shape::Pin);
     if (features_.markImages) {
         markPictures_->setObjectName(QStringLiteral("imgListMark"));
         imgListMark = markPictures_;
@@ -412,8 +428,26 @@ void TechniquePage::placeMarkCentre(int index, double x, double y) {
     DrawSurface* surface = markSurface();
     markCentre_[static_cast<std::size_t>(index)] = x;
     markTop_[static_cast<std::size_t>(index)] = y;
+    placedByMiddle_[static_cast<std::size_t>(index)] = false;
     surface->placeChild(m, x - surface->childWidth(m) / 2.0, y);
     m->show();
+}
+
+double TechniquePage::topOverMiddle(const QWidget* m, double y) const {
+    const DrawSurface* surface = markSurface();
+    const double half = surface->childHeight(m) / 2.0;
+    return surface->scaleHeight() < 0 ? y + half : y - half;
+}
+
+void TechniquePage::placeMarkMiddle(int index, double x, double y) {
+    placeMarkCentre(index, x, topOverMiddle(picScorePoint.at(static_cast<std::size_t>(index)), y));
+    markMiddle_[static_cast<std::size_t>(index)] = y;
+    placedByMiddle_[static_cast<std::size_t>(index)] = true;
+}
+
+double TechniquePage::markMiddle(int index) const {
+    if (index < 0 || index >= kMarkCount) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    return markMiddle_[static_cast<std::size_t>(index)];
 }
 
 void TechniquePage::replaceMarks() {
@@ -421,10 +455,13 @@ void TechniquePage::replaceMarks() {
     for (int i = 0; i < kMarkCount; ++i) {
         PointMark* m = picScorePoint[static_cast<std::size_t>(i)];
         if (m == nullptr || m->isHidden()) continue;
+        const auto k = static_cast<std::size_t>(i);
         const double half = surface->childWidth(m) / 2.0;
-        const double left = markCentre_[static_cast<std::size_t>(i)] - half;
-        if (std::abs(surface->childLeft(m) - left) > 1e-9)
-            surface->placeChild(m, left, markTop_[static_cast<std::size_t>(i)]);
+        const double left = markCentre_[k] - half;
+        if (placedByMiddle_[k]) markTop_[k] = topOverMiddle(m, markMiddle_[k]);
+        const bool moved = std::abs(surface->childLeft(m) - left) > 1e-9 ||
+                           std::abs(surface->childTop(m) - markTop_[k]) > 1e-9;
+        if (moved) surface->placeChild(m, left, markTop_[k]);
     }
 }
 
@@ -465,9 +502,12 @@ double TechniquePage::dragPosition(int index, QPointF pos) const {
     return snapPosition(markLeft(index) - (grab - now) + markWidth(index) / 2.0);
 }
 
+double TechniquePage::markPosition(int index) const { return markLeft(index) + markWidth(index) / 2.0; }
+
 void TechniquePage::markMouseDown(int index, Qt::MouseButton button, QPointF pos) {
     handle([&] {
         grabOffset_ = pos.x();
+        grabOffsetY_ = pos.y();
         downLeft_ = markLeft(index);
         dragIndex_ = index;
         leftDown_ = button == Qt::LeftButton;
@@ -504,8 +544,7 @@ void TechniquePage::markKeyStep(int index, double units) {
         downLeft_ = markLeft(index);
         dragIndex_ = index;
         selectMark(index);
-        const double centre = downLeft_ + markWidth(index) / 2.0;
-        movePoint(index, snapPosition(centre + units));
+        movePoint(index, snapPosition(markPosition(index) + units));
         afterDragStep(index);
         onMarkReleased(index);
     });
@@ -564,7 +603,7 @@ void TechniquePage::ShowRiskAttitude(std::int16_t att) {
         }
     };
 
-    w.ScoreMiddle(att) = Variant(ComputeScoreMiddle(att));
+    w.ScoreMiddle(att) = Variant(middleScore(att));
     if (isLinearType(w.VFunType(att))) {
         highlight(1);
         return;
@@ -581,6 +620,8 @@ void TechniquePage::ShowRiskAttitude(std::int16_t att) {
         highlight(middle < centre ? 2 : 0);
     }
 }
+
+float TechniquePage::middleScore(std::int16_t att) { return ComputeScoreMiddle(att); }
 
 // --- Common handlers ---------------------------------------------------------
 

@@ -49,13 +49,20 @@ struct TechniqueFeatures {
 class MarkImageList : public QObject {
     Q_OBJECT
 public:
-    explicit MarkImageList(QObject* parent = nullptr);
+    // Pin: a pin whose point marks a position on a rating scale. Dot: a round
+    // mark centred on its point, for marks that stand on the curve itself.
+    enum class Shape { Pin, Dot };
+
+    explicit MarkImageList(QObject* parent = nullptr, Shape shape = Shape::Pin);
     // picture 1 or 2; any other number gives picture 1.
     const QPixmap& picture(int picture) const noexcept;
     int count() const noexcept { return 2; }
+    // The size of a mark showing these pictures.
+    QSize size() const noexcept { return size_; }
 
 private:
     std::array<QPixmap, 2> pictures_;
+    QSize size_;
 };
 
 // One draggable point mark (picScorePoint_i). It shows picture 1 or 2 of
@@ -71,6 +78,7 @@ public:
     int picture() const noexcept { return picture_; }
 
     static QSize markSize();
+    static QSize dotSize();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -129,6 +137,9 @@ protected:
     // The drag position of mark index for a mouse position inside it.
     // The default is the horizontal rule of the rating chart.
     virtual double dragPosition(int index, QPointF pos) const;
+    // Where mark index stands now, in the units of dragPosition (by default
+    // the horizontal centre); the arrow keys step from here.
+    virtual double markPosition(int index) const;
     // The grid a dragged or keyed position snaps to (none by default).
     virtual double snapPosition(double position) const { return position; }
     // After each accepted move step: labels and the value function chart.
@@ -141,6 +152,9 @@ protected:
     virtual std::int16_t sizeForListIndex(int listIndex) const;
     // cmdCUFPrint: no action unless a page gives it one.
     virtual void onPrint() {}
+    // The middle score that the risk attitude display stores and compares
+    // (ComputeScoreMiddle unless a page knows it better).
+    virtual float middleScore(std::int16_t att);
     // Redraws everything for the current attribute (after load, attribute
     // change and Restore).
     virtual void refreshPage();
@@ -171,6 +185,11 @@ protected:
     void resetMarkPictures(int from);
     // Places mark index with its centre at x and its top at y (chart units).
     void placeMarkCentre(int index, double x, double y);
+    // Places mark index with its middle on the point (x, y) (chart units),
+    // for marks that stand on the point rather than hang from a height;
+    // it stays centred there when the chart changes its size.
+    void placeMarkMiddle(int index, double x, double y);
+    double markMiddle(int index) const;  // the vertical centre so placed
     void hideMarksFrom(int from);
     double markLeft(int index) const;
     double markWidth(int index) const;  // chart units
@@ -212,6 +231,7 @@ protected:
 
     // Drag state.
     double grabOffset_ = 0;   // pixels inside the mark at MouseDown
+    double grabOffsetY_ = 0;  // the same, vertically
     double downLeft_ = 0;     // the mark's left at MouseDown (chart units)
     int dragIndex_ = 0;
     bool leftDown_ = false;
@@ -220,11 +240,15 @@ protected:
 private:
     void buildControls();
     void replaceMarks();
+    // The top that puts the middle of mark m at height y.
+    double topOverMiddle(const QWidget* m, double y) const;
 
     TechniqueFeatures features_;
     MarkImageList* markPictures_ = nullptr;  // imgListMark, or unnamed plain pins
     std::array<double, kMarkCount> markCentre_{};
     std::array<double, kMarkCount> markTop_{};
+    std::array<double, kMarkCount> markMiddle_{};
+    std::array<bool, kMarkCount> placedByMiddle_{};
     QBoxLayout* upperLayout_ = nullptr;
 };
 

@@ -55,20 +55,26 @@ inline void fillProblem() {
     }
 }
 
-class DirectRatingTest : public PageTest<frmKelDirectRating> {
+// A technique page on the problem above; a message box fails the test.
+template <class Page>
+class TechniquePageTest : public PageTest<Page> {
 protected:
     void SetUp() override {
         fillProblem();
         setMessageBoxHook([this](QMessageBox& box) {
-            messages.push_back(box.text());
+            this->messages.push_back(box.text());
             return QMessageBox::Ok;
         });
     }
     void TearDown() override {
-        page.reset();
+        this->page.reset();
         setMessageBoxHook({});
-        EXPECT_TRUE(messages.empty()) << "an unexpected message box";
+        EXPECT_TRUE(this->messages.empty()) << "an unexpected message box";
     }
+};
+
+class DirectRatingTest : public TechniquePageTest<frmKelDirectRating> {
+protected:
 
     // Creates and loads the page for the data as it stands.
     void open() {

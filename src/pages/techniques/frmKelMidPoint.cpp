@@ -1,0 +1,306 @@
+#include "pages/techniques/frmKelMidPoint.h"
+
+#include "component/PageRegistry.h"
+#include "model/Arith.h"
+#include "model/Format.h"
+#include "pages/common/Ui.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <QToolTip>
+
+#include <cmath>
+
+namespace kelmar {
+
+KELMAR_REGISTER_PAGE(0, frmKelMidPoint)
+
+namespace {
+
+TechniqueFeatures midpointFeatures() {
+    TechniqueFeatures f;
+    f.ratingChart = false;
+    f.pointMarks = false;
+    f.markImages = false;
+    f.sampleSize = false;
+    f.linearRestore = false;
+    f.currentScore = false;
+    f.readout = TechniqueFeatures::Readout::None;
+    return f;
+}
+
+std::unique_ptr<QPrinter> defaultPrinter() {
+    const QPrinterInfo info = QPrinterInfo::defaultPrinter();
+    if (info.isNull()) return nullptr;
+    return std::make_unique<QPrinter>(info, QPrinter::HighResolution);
+}
+
+frmKelMidPoint::PrinterFactory& printerFactory() {
+    static frmKelMidPoint::PrinterFactory factory;
+    return factory;
+}
+
+QString parameterText(double v) { return fmt::formatNumber(v, QStringLiteral("0.000000")); }
+
+bool isSliderKey(int key) {
+    switch (key) {
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        return true;
+    default:
+        return false;
+    }
+}
+
+}  // namespace
+
+void frmKelMidPoint::setPrinterFactory(PrinterFactory factory) { printerFactory() = std::move(factory); }
+
+frmKelMidPoint::frmKelMidPoint(QWidget* parent)
+    : TechniquePage(kMidPoint, QStringLiteral("frmKelMidPoint"),
+                    QStringLiteral("Kelmar: Middle Point Setting"), midpointFeatures(), parent) {
+    frameSlider = new QGroupBox(tr("Middle preferential score"), Frame1);
+    frameSlider->setObjectName(QStringLiteral("frameSlider"));
+    sldMidVal = new QSlider(Qt::Horizontal, frameSlider);
+    sldMidVal->setObjectName(QStringLiteral("sldMidVal"));
+    sldMidVal->setRange(0, kSliderPositions);
+    sldMidVal->setSingleStep(1);
+    sldMidVal->setPageStep(kSliderPositions / 20);
+    sldMidVal->setTickPosition(QSlider::TicksBelow);
+    sldMidVal->setTickInterval(kSliderPositions / 10);
+    sldMidVal->setMinimumWidth(420);
+    sldMidVal->setWhatsThis(
+        tr("Slide to the score whose value lies half-way between the worst and the best score"));
+    sldMidVal->installEventFilter(this);
+    lblSliderMin_ = new QLabel(frameSlider);
+    lblSliderMax_ = new QLabel(frameSlider);
+    lblSliderMax_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto* hint = new QLabel(
+        tr("Which score is worth exactly half-way between the worst and the best score?"), frameSlider);
+    hint->setWordWrap(true);
+    auto* grid = new QGridLayout(frameSlider);
+    grid->addWidget(hint, 0, 0, 1, 3);
+    grid->addWidget(lblSliderMin_, 1, 0);
+    grid->addWidget(sldMidVal, 1, 1);
+    grid->addWidget(lblSliderMax_, 1, 2);
+    grid->setColumnStretch(1, 1);
+    addToUpperFrame(frameSlider);
+
+    // Every change of position shows the middle score in the slider's text.
+    connect(sldMidVal, &QSlider::valueChanged, this, [this](int position) {
+        handle([this, position] { showMiddle(position); });
+    });
+    resize(780, 560);
+}
+
+QString frmKelMidPoint::sliderText() const { return sldMidVal->toolTip(); }
+
+double frmKelMidPoint::middleAt(int position) const {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    if (position >= kSliderPositions) return w.ScoreMaximum(att).toDouble();
+    // position x step, formed as position x range / positions so that a
+    // position that meets a round score gives that score.
+    const double low = w.ScoreMinimum(att).toDouble();
+    return checkedResult(low + position * (w.ScoreMaximum(att).toDouble() - low) / kSliderPositions);
+}
+
+void frmKelMidPoint::showMiddle(int position) {
+    middle_ = middleAt(position);
+    const QString text = fmt::currencyText(middle_);
+    sldMidVal->setToolTip(text);
+    if (sliderLeftDown_) {
+        QStyleOptionSlider option;
+        option.initFrom(sldMidVal);
+        option.orientation = sldMidVal->orientation();
+        option.minimum = sldMidVal->minimum();
+        option.maximum = sldMidVal->maximum();
+        option.sliderPosition = position;
+        option.sliderValue = position;
+        const QRect handleRect =
+            sldMidVal->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, sldMidVal);
+        QToolTip::showText(sldMidVal->mapToGlobal(handleRect.center() - QPoint(0, handleRect.height())), text,
+                           sldMidVal);
+    }
+}
+
+bool frmKelMidPoint::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != sldMidVal) return TechniquePage::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+            sliderLeftDown_ = true;
+            handle([this] { sliderMouseDown(); });
+        } else {
+            return true;  // only the left button moves the slider
+        }
+        break;
+    case QEvent::MouseButtonRelease:
+        if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && sliderLeftDown_) {
+            sliderLeftDown_ = false;
+            QToolTip::hideText();
+            handle([this] { sliderMouseUp(); });
+        } else if (static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) {
+            return true;
+        }
+        break;
+    case QEvent::Wheel:
+        return true;  // a judgment is made by hand, not by the wheel
+    case QEvent::KeyPress: {
+        // A key step is a press and a release of its own.
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (isSliderKey(key->key()) && !sliderLeftDown_) {
+            handle([this] { downPosition_ = sldMidVal->value(); });
+            sldMidVal->event(event);
+            handle([this] { sliderMouseUp(); });
+            return true;
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return false;
+}
+
+void frmKelMidPoint::sliderMouseDown() {
+    downPosition_ = sldMidVal->value();
+    showMiddle(downPosition_);
+}
+
+void frmKelMidPoint::sliderMouseUp() {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const int position = sldMidVal->value();
+    middle_ = middleAt(position);
+    if (position == downPosition_) return;
+    const bool accepted = FitMidpoint();
+    drawValueChart();
+    ShowRiskAttitude(att);
+    if (accepted) {
+        w.AttVFDone(att) = Variant(true);
+        w.VFTechniqueID(att) = Variant(w.SelTechnique);
+        // The display keeps its single-precision copy; the record keeps the
+        // judged score itself.
+        if (!isLinearType(w.VFunType(att))) w.ScoreMiddle(att) = Variant(middle_);
+    }
+    refreshAttributeList();
+}
+
+bool frmKelMidPoint::FitMidpoint() {
+    WizardData& w = wizardData();
+    std::int16_t att = w.SelAtt;
+    const double low = w.ScoreMinimumCopy(att).toDouble();
+    const double r = checkedDiv(middle_ - low, w.ScoreMaximumCopy(att).toDouble() - low);
+    if (r <= 0.001 || r >= 0.995) {
+        showMessage(this, QStringLiteral("You have set an unreasonable value for the middle preferential score!"),
+                    QMessageBox::Warning, QStringLiteral("QUARN"));
+        return false;
+    }
+    HourGlass wait;
+    std::int16_t size = w.SmpSize(att).toInteger();
+    if (std::fabs(r - 0.5) < 0.001) {
+        WriteLinearParB();
+        WriteLinearParA();
+        w.VFunType(att) = Variant(std::int16_t(0));
+        SetLinearSamplePoints(att, size);
+    } else {
+        WriteExponentialParB();
+        WriteExponentialParA();
+        w.VFunType(att) = Variant(std::int16_t(1));
+        ResampleExponential(att, middle_);
+    }
+    return true;
+}
+
+void frmKelMidPoint::WriteLinearParA() {
+    std::int16_t att = wizardData().SelAtt;
+    wizardData().VFunParA(att) = Variant(parameterText(LinearParameterA(att)));
+}
+
+void frmKelMidPoint::WriteLinearParB() {
+    std::int16_t att = wizardData().SelAtt;
+    wizardData().VFunParB(att) = Variant(parameterText(LinearParameterB(att)));
+}
+
+void frmKelMidPoint::WriteExponentialParA() {
+    std::int16_t att = wizardData().SelAtt;
+    wizardData().VFunParA(att) = Variant(parameterText(ExponentialParameterA(att, middle_)));
+}
+
+void frmKelMidPoint::WriteExponentialParB() {
+    std::int16_t att = wizardData().SelAtt;
+    wizardData().VFunParB(att) = Variant(parameterText(ExponentialParameterB(att, middle_)));
+}
+
+float frmKelMidPoint::middleScore(std::int16_t att) {
+    // A curve whose middle point is worth exactly one half passes one half
+    // there: that point is the middle score (for a judged curve, the judged
+    // score), where the walk of ComputeScoreMiddle would stop up to a
+    // hundredth of value short of it.
+    WizardData& w = wizardData();
+    if (!isLinearType(w.VFunType(att))) {
+        const std::int16_t n = w.SmpSize(att).toInteger();
+        if (n >= 3 && n % 2 == 1 && w.SmpY(att, n / 2).toDouble() == 0.5) return csng(w.SmpX(att, n / 2).toDouble());
+    }
+    return TechniquePage::middleScore(att);
+}
+
+void frmKelMidPoint::refreshPage() {
+    TechniquePage::refreshPage();
+    placeSlider();
+}
+
+void frmKelMidPoint::placeSlider() {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const double low = w.ScoreMinimum(att).toDouble();
+    const double high = w.ScoreMaximum(att).toDouble();
+    step_ = (high - low) / kSliderPositions;
+    lblSliderMin_->setText(fmt::formatNumber(low, QStringLiteral("0.00")));
+    lblSliderMax_->setText(fmt::formatNumber(high, QStringLiteral("0.00")));
+    int position = kSliderPositions / 2;
+    if (step_ > 0.0) {
+        const double at = std::round((w.ScoreMiddle(att).toDouble() - low) / step_);
+        position = at < 0.0 ? 0 : at > kSliderPositions ? kSliderPositions : static_cast<int>(at);
+    }
+    const QSignalBlocker quiet(sldMidVal);
+    sldMidVal->setValue(position);
+    showMiddle(position);
+}
+
+void frmKelMidPoint::onPrint() {
+    // A failing printer ends the print quietly.
+    try {
+        std::unique_ptr<QPrinter> printer = printerFactory() ? printerFactory()() : defaultPrinter();
+        if (!printer) return;
+        HourGlass wait;
+        const QPixmap image = grab();
+        QPainter painter;
+        if (!painter.begin(printer.get())) return;
+        const QRect area = painter.viewport();
+        const QSize size = image.size().scaled(area.size(), Qt::KeepAspectRatio);
+        painter.drawPixmap(QRect(area.topLeft(), size), image);
+        painter.end();
+    } catch (...) {
+    }
+}
+
+}  // namespace kelmar

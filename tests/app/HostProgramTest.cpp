@@ -1,0 +1,148 @@
+// kelmar-host as a program: the value table without a window, chart files,
+// and the question before unsaved work is lost.
+#include "HostTestData.h"
+#include "HostWindow.h"
+#include "SampleProblem.h"
+
+#include "pages/common/Ui.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTimer>
+
+namespace kelmarhost {
+namespace {
+
+struct HostRun {
+    int status = -1;
+    QByteArray out, err;
+};
+
+HostRun host(const QStringList& arguments, const QString& stdoutFile = {}) {
+    QProcess p;
+    if (!stdoutFile.isEmpty()) p.setStandardOutputFile(stdoutFile);
+    p.start(QStringLiteral(KELMAR_HOST_PATH), arguments);
+    EXPECT_TRUE(p.waitForFinished(120000));
+    return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
+}
+
+TEST(HostProgramTest, EvaluateAndChartEndWithTheWindowModesStatuses) {
+    QTemporaryDir dir;
+    const QString svg = dir.filePath(QStringLiteral("rent.svg"));
+    const QString png = dir.filePath(QStringLiteral("docks.png"));
+    const QString good = dataFile("good.json");
+    const struct { const char* name; QStringList arguments; QString stdoutFile; int status; const char* err; } cases[] = {
+        {"the sample", {QStringLiteral("--evaluate")}, {}, 0, ""},
+        {"a problem file", {QStringLiteral("--evaluate"), good}, {}, 0, ""},
+        {"a bad problem file", {QStringLiteral("--evaluate"), dataFile("bad_property.json")}, {}, 2,
+         "attributes[2].property: expected \"cost\" or \"benefit\", found \"big\"\n"},
+        {"two problem files", {QStringLiteral("--evaluate"), good, good}, {}, 2, "give at most one problem file\n"},
+        {"output that cannot be written", {QStringLiteral("--evaluate")}, QStringLiteral("/dev/full"), 1,
+         "kelmar-host: standard output cannot be written\n"},
+        {"an SVG chart", {QStringLiteral("--chart"), svg, QStringLiteral("--attribute"), QStringLiteral("Rent")}, {}, 0, ""},
+        {"a PNG chart by number", {QStringLiteral("--chart"), png, QStringLiteral("--attribute"), QStringLiteral("4")}, {}, 0, ""},
+        {"no such attribute", {QStringLiteral("--chart"), svg, QStringLiteral("--attribute"), QStringLiteral("Price")}, {}, 2,
+         "kelmar-host: sample problem: no attribute Price\n"},
+        {"a chart of another kind", {QStringLiteral("--chart"), dir.filePath(QStringLiteral("x.gif"))}, {}, 2,
+         "kelmar-host: --chart writes a .png or an .svg file\n"},
+    };
+    for (const auto& c : cases) {
+        const HostRun r = host(c.arguments, c.stdoutFile);
+        EXPECT_EQ(r.status, c.status) << c.name;
+        EXPECT_TRUE(QString::fromLocal8Bit(r.err).endsWith(QString::fromUtf8(c.err))) << c.name << ": " << r.err.toStdString();
+    }
+    const HostRun sample = host({QStringLiteral("--evaluate")});
+    EXPECT_EQ(sample.out, valueTableCsv(sampleProblem().alternatives,
+                                        {QStringLiteral("Rent"), QStringLiteral("Motorway access"),
+                                         QStringLiteral("Floor area"), QStringLiteral("Loading docks"),
+                                         QStringLiteral("Labour pool")},
+                                        evaluateProblem(sampleProblem())));
+    QFile drawing(svg);
+    ASSERT_TRUE(drawing.open(QIODevice::ReadOnly));
+    const QByteArray text = drawing.readAll();
+    EXPECT_TRUE(text.startsWith("<?xml") && text.contains("Value Function Curve on Rent") &&
+                text.contains("#0000ff"))
+        << "the title and the blue curve";
+    EXPECT_TRUE(QImage(png).width() > 0);
+}
+
+// Closing the workbench asks first when a Finish has not been saved.
+class UnsavedWorkTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        kelmar::setModalRunner([](QDialog& page) { page.show(); });
+        window.show();
+    }
+    void TearDown() override {
+        kelmar::setModalRunner({});
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        kelmar::wizardData() = {};
+    }
+    // Closes the window, answering the question (if one comes) with `answer`;
+    // returns whether a question came.
+    bool closeAnswering(QMessageBox::StandardButton answer) {
+        bool asked = false;
+        QTimer::singleShot(0, &window, [&] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr) return;
+            asked = true;
+            box->button(answer)->click();
+        });
+        window.close();
+        return asked;
+    }
+    void finish() {
+        window.showWizard();
+        kelmar::WizardData& w = kelmar::wizardData();
+        w.VFTechniqueID(0) = kelmar::Variant(std::int16_t(5));
+        kelmar::Variant techniques(w.VFTechniqueID);
+        kelmar::VariantArray scoreMinimum = w.InScoreMinimum, scoreMiddle = w.InScoreMiddle,
+                             scoreMaximum = w.InScoreMaximum;
+        window.ExportResults(w.AttVData, scoreMinimum, scoreMiddle, scoreMaximum, 100, techniques,
+                             w.SmpSize, w.SmpX, w.SmpY, w.InVFunParA, w.InVFunParB, w.InVFunParC,
+                             w.InVFunParD, w.InVFunType);
+        for (QWidget* page : QApplication::topLevelWidgets())
+            if (page != &window) page->hide();
+        window.UnloadKelmar();
+        QCoreApplication::processEvents();
+    }
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("saved.json"));
+    HostWindow window{sampleProblem(), ResultWriter(dir.filePath(QStringLiteral("out.jsonl"))), path};
+};
+
+TEST_F(UnsavedWorkTest, NothingNewClosesWithoutAQuestion) {
+    EXPECT_FALSE(closeAnswering(QMessageBox::Cancel));
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(UnsavedWorkTest, CancelKeepsTheWindowDiscardClosesSaveWritesFirst) {
+    finish();
+    ASSERT_FALSE(window.wizardOpen());
+    ASSERT_TRUE(window.hasUnsavedWork());
+    EXPECT_TRUE(closeAnswering(QMessageBox::Cancel));
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_FALSE(QFileInfo::exists(path));
+
+    EXPECT_TRUE(closeAnswering(QMessageBox::Save));
+    EXPECT_FALSE(window.isVisible());
+    ASSERT_TRUE(QFileInfo::exists(path));
+    const Problem saved = loadProblemFile(path);
+    EXPECT_TRUE(sameRecord(saved.functions[0], window.problem().functions[0]));
+    EXPECT_EQ(saved.functions[0].technique, 5);
+
+    window.show();
+    finish();
+    EXPECT_TRUE(closeAnswering(QMessageBox::Discard));
+    EXPECT_FALSE(window.isVisible());
+}
+
+}  // namespace
+}  // namespace kelmarhost

@@ -1,0 +1,159 @@
+// The function view: the attribute's texts, the formula picture and the
+// parameters for every kind of function, and its closing.
+#include "../PageTestKit.h"
+#include "pages/specification/FormulaImages.h"
+#include "pages/specification/frmVFS.h"
+
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+
+#include <set>
+
+namespace kelmar::test {
+namespace {
+
+class FunctionViewTest : public PageTest<frmVFS> {
+protected:
+    // One attribute on 10 .. 50 with five points of a curve.
+    void SetUp() override {
+        WizardData& w = wizardData();
+        w = WizardData{};
+        w.AttNum = 1;
+        for (VariantArray* a : {&w.AttName, &w.AttDefinition, &w.AttProperty, &w.AttPropertyCopy, &w.VFunType,
+                                &w.VFTechniqueID, &w.VFunParA, &w.VFunParB, &w.ScoreMinimum, &w.ScoreMiddle,
+                                &w.ScoreMaximum, &w.SmpSize})
+            a->redim(0, 0);
+        w.SmpX.redim(0, 0, 0, 10);
+        w.SmpY.redim(0, 0, 0, 10);
+        w.AttName(0) = "Noise";
+        w.AttDefinition(0) = "  Sound level at the desk, in dB.\t ";
+        w.AttProperty(0) = "1";
+        w.AttPropertyCopy(0) = std::int16_t(0);
+        w.ScoreMinimum(0) = 10.0;
+        w.ScoreMiddle(0) = 27.5f;
+        w.ScoreMaximum(0) = 50.0;
+        w.SmpSize(0) = std::int16_t(5);
+        const double xs[5] = {10, 20, 30, 40, 50}, ys[5] = {0, 0.45, 0.7, 0.9, 1};
+        for (int k = 0; k < 5; ++k) {
+            w.SmpX(0, k) = xs[k];
+            w.SmpY(0, k) = ys[k];
+        }
+        w.VFunParA(0) = "0.025000";
+        w.VFunParB(0) = "-0.250000";
+    }
+
+    void open() {
+        page = std::make_unique<frmVFS>();
+        page->setEventSink(&sink);
+        page->load();
+    }
+    QString text(const char* label) const { return child<QLabel>(QString::fromLatin1(label))->text(); }
+    QString parameters() const {
+        return text("lbla") + "|" + text("lblb") + "|" + text("lblc") + "|" + text("lbld");
+    }
+};
+
+TEST_F(FunctionViewTest, AboutTheAttribute) {
+    const struct {
+        Variant property;
+        const char* shown;
+    } rows[] = {{"1", "Cost-oriented."}, {std::int16_t(1), "Cost-oriented."}, {"0", "Benefit-oriented."},
+                {"cost", "Benefit-oriented."}, {Variant(), "Benefit-oriented."}};
+    for (const auto& row : rows) {
+        wizardData().AttProperty(0) = row.property;
+        open();
+        EXPECT_EQ(text("labCUFProperty"), QString::fromLatin1(row.shown));
+    }
+    EXPECT_EQ(child<QPlainTextEdit>("txtCUFDefinition")->toPlainText(), "Sound level at the desk, in dB.");
+    auto* tabs = child<QTabWidget>("tsPanel");
+    ASSERT_EQ(tabs->count(), 2);
+    EXPECT_EQ(tabs->tabText(0) + "|" + tabs->tabText(1), "About the attribute|Function formula");
+    EXPECT_EQ(tabs->widget(0)->objectName() + "|" + tabs->widget(1)->objectName(), "AboutAtt|VFunFormula");
+    EXPECT_EQ(text("Label1"), "Function Type:");
+}
+
+TEST_F(FunctionViewTest, TheFormulaAndItsParametersForEachKindOfFunction) {
+    WizardData& w = wizardData();
+    // The cubic of the interval that holds point 2 (the point moved last).
+    VariantArray x(0, 4), y(0, 4), out(0, 4);
+    for (int k = 0; k < 5; ++k) x(k) = w.SmpX(0, k), y(k) = w.SmpY(0, k);
+    std::int16_t n = 5, evaluate = -1;
+    double at = 30.0;
+    AkimaInterpolate(x, y, n, evaluate, at, out);
+    const QString cubic = out(0).toString() + "|" + out(1).toString() + "|" + out(2).toString() + "|" + out(3).toString();
+
+    const struct {
+        int type, technique, costCopy;
+        double lastValue;
+        int picture;
+        const char* kind;
+        QString shown;
+    } rows[] = {
+        {0, 1, 0, 1, 1, "Linear", "0.025000|-0.250000||"},
+        {0, 0, 1, 1, 2, "Linear", "0.025000|-0.250000||"},
+        {1, 0, 0, 1, 3, "Non-Linear", "0.025000|-0.250000||"},
+        {1, 0, 1, 1, 4, "Non-Linear", "0.025000|-0.250000||"},
+        {1, 1, 0, 1, 5, "Non-Linear", cubic},
+        {1, 2, 1, 1, 5, "Non-Linear", cubic},
+        {1, 4, 0, 1, 5, "Non-Linear", cubic},
+        {1, 5, 0, 1, 5, "Non-Linear", cubic},
+        {1, 6, 0, 1, 5, "Non-Linear", cubic},
+        {1, 7, 0, 1, 5, "Non-Linear", cubic},
+        {1, 3, 0, 0, 6, "Non-Linear", "1|6||"},
+        {1, 3, 1, 1, 7, "Non-Linear", "1|6||"},
+    };
+    w.SelPoint = 2;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.type << " " << row.technique << " " << row.costCopy);
+        w.VFunType(0) = std::int16_t(row.type);
+        w.VFTechniqueID(0) = std::int16_t(row.technique);
+        w.AttPropertyCopy(0) = std::int16_t(row.costCopy);
+        w.SmpY(0, 10) = row.lastValue;
+        open();
+        EXPECT_EQ(text("lblFType"), QString::fromLatin1(row.kind));
+        EXPECT_EQ(page->formulaPicture(), row.picture);
+        EXPECT_EQ(child<QLabel>("picFormula")->pixmap().cacheKey(),
+                  page->formulaImages().picture(row.picture).cacheKey());
+        EXPECT_EQ(parameters(), row.shown);
+        EXPECT_EQ(text("lblMin") + "|" + text("lblMiddle") + "|" + text("lblMax"), "10|27.5|50");
+    }
+}
+
+TEST_F(FunctionViewTest, SevenDistinctFormulaPicturesInTheirOrder) {
+    FormulaImageList list;
+    EXPECT_EQ(list.objectName(), "imgListFormula");
+    QStringList keys;
+    std::set<qint64> images;
+    for (int i = 1; i <= list.count(); ++i) {
+        keys << FormulaImageList::key(i);
+        const QImage image = list.picture(i).toImage();
+        ASSERT_FALSE(image.isNull()) << i;
+        EXPECT_GE(list.picture(i).devicePixelRatio(), 2.0);
+        // Ink on white: the formula is drawn.
+        int ink = 0;
+        for (int py = 0; py < image.height(); ++py)
+            for (int px = 0; px < image.width(); ++px) ink += qGray(image.pixel(px, py)) < 128 ? 1 : 0;
+        EXPECT_GT(ink, image.width() * image.height() / 100) << i;
+        images.insert(static_cast<qint64>(qHash(QByteArray(reinterpret_cast<const char*>(image.constBits()),
+                                                           static_cast<qsizetype>(image.sizeInBytes())))));
+    }
+    EXPECT_EQ(keys.join(","),
+              "LinearBenefit,LinearCost,MidPointBenefit,MidPointCost,CurveDrawing,CatIdnMinToMax,CatIdnMaxToMin");
+    EXPECT_EQ(images.size(), 7U);
+    EXPECT_TRUE(list.picture(0).isNull());
+    EXPECT_TRUE(list.picture(8).isNull());
+}
+
+TEST_F(FunctionViewTest, OkAndClosingTheWindowRaiseUnloadKelVFS) {
+    open();
+    page->show();
+    click("cmdOK");
+    EXPECT_EQ(sink.events, std::vector<std::string>{"UnloadKelVFS"});
+    page->show();
+    page->close();
+    EXPECT_EQ(sink.events, (std::vector<std::string>{"UnloadKelVFS", "UnloadKelVFS"}));
+}
+
+}  // namespace
+}  // namespace kelmar::test

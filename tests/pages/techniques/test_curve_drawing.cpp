@@ -1,0 +1,177 @@
+// The Curve Drawing page: marks that stand on the value function chart and
+// move up and down, on benefit and cost attributes alike.
+#include "TechniqueFixture.h"
+
+#include "component/PageRegistry.h"
+#include "pages/techniques/frmKelCurveDrawing.h"
+
+#include <kelmar/mdKelMain.h>
+
+namespace kelmar::test {
+namespace {
+
+class CurveDrawingTest : public TechniquePageTest<frmKelCurveDrawing> {
+protected:
+    void open(std::int16_t att = 0, QSize size = {780, 620}) {
+        wizardData().SelAtt = att;
+        wizardData().SelTechnique = kCurveDrawing;
+        page = std::make_unique<frmKelCurveDrawing>();
+        page->setEventSink(&sink);
+        page->resize(size);
+        page->load();
+        page->show();
+    }
+
+    PointMark* mark(int i) const { return child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i)); }
+    DrawSurface* chart() const { return child<DrawSurface>(QStringLiteral("picVFChart")); }
+    QString text(const char* label) const { return child<QLabel>(QString::fromLatin1(label))->text(); }
+    // The middle of mark i in the chart's units.
+    QPointF middleOf(int i) const {
+        const QRect r = mark(i)->geometry();
+        return chart()->toUser(QPointF(r.x() + r.width() / 2.0, r.y() + r.height() / 2.0));
+    }
+    void mouse(int i, QEvent::Type type, QPointF pos, Qt::MouseButton button, Qt::MouseButtons buttons) {
+        QMouseEvent event(type, pos, mark(i)->mapToGlobal(pos), button, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(mark(i), &event);
+    }
+    // Grabs mark i in its middle and drags it to the height target of the
+    // value scale; press only, or the whole drag.
+    void drag(int i, double target, bool release = true, Qt::MouseButton button = Qt::LeftButton) {
+        const QPointF grab(mark(i)->width() / 2.0, mark(i)->height() / 2.0);
+        mouse(i, QEvent::MouseButtonPress, grab, button, button);
+        const QPointF to(grab.x(), grab.y() - (target - middleOf(i).y()) * chart()->pixelsPerUnitY());
+        mouse(i, QEvent::MouseMove, to, Qt::NoButton, button);
+        if (release) mouse(i, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
+    }
+    static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
+    static int funType(int att) { return wizardData().VFunType(att).toInteger(); }
+};
+
+TEST_F(CurveDrawingTest, ThePageHasNoRatingChartAndItsMarksStandOnTheCurve) {
+    std::unique_ptr<KelPage> created(createPage(kCurveDrawing));
+    EXPECT_NE(dynamic_cast<frmKelCurveDrawing*>(created.get()), nullptr);
+    created.reset();
+    // Price rises, Noise (a cost) falls: each mark sits on its point at
+    // any size of the chart.
+    for (const std::int16_t att : {0, 1}) {
+        for (const QSize size : {QSize(780, 620), QSize(1300, 900)}) {
+            open(att, size);
+            EXPECT_EQ(page->windowTitle(), "Kelmar: Curve Drawing");
+            EXPECT_EQ(page->findChild<QWidget*>(QStringLiteral("picRatingChart")), nullptr);
+            for (int k = 0; k < 5; ++k) {
+                EXPECT_EQ(mark(k)->parentWidget(), chart());
+                EXPECT_NEAR(middleOf(k).x(), k * 25.0, 0.5);
+                EXPECT_NEAR(middleOf(k).y(), value(att, k) * 100.0, 0.5) << att << " " << k;
+            }
+        }
+    }
+}
+
+// Rising and falling preferences read the chart the same way: the height is
+// the value. A move past a neighbour stops 0.025 inside it, on the point's
+// own side; every move marks the function as changed.
+TEST_F(CurveDrawingTest, DragsKeepTheLimitsAndTheOrderOnBothOrientations) {
+    const struct { std::int16_t att; int point; double target, stored; } cases[] = {
+        {0, 3, 100.0, 0.98},  // the top of the chart
+        {0, 1, 1.0, 0.02},    {0, 2, 40.4, 0.40},  {0, 2, 10.0, 0.275}, {0, 2, 90.0, 0.725},
+        {0, 3, 104.0, 0.975},  // beyond the last point
+        {1, 1, 100.0, 0.98},  {1, 3, 1.0, 0.02},   {1, 2, 60.0, 0.60},  {1, 2, 90.0, 0.725},
+        {1, 2, 10.0, 0.275},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.att << " " << c.point << " " << c.target);
+        fillProblem();
+        open(c.att);
+        drag(c.point, c.target);
+        EXPECT_NEAR(value(c.att, c.point), c.stored, 1e-12);
+        EXPECT_NEAR(middleOf(c.point).y(), c.stored * 100.0, 0.5) << "the mark shows the value";
+        for (int k = 0; k < 4; ++k)
+            EXPECT_EQ(value(c.att, k) < value(c.att, k + 1), c.att == 0) << k;
+        WizardData& w = wizardData();
+        EXPECT_EQ(funType(c.att), 1);
+        EXPECT_TRUE(w.AttVFDone(c.att).toBoolean());
+        EXPECT_EQ(w.VFTechniqueID(c.att).toInteger(), kCurveDrawing);
+        EXPECT_EQ(w.SelPoint, c.point);
+        EXPECT_TRUE(child<QComboBox>("cmbAttributes")->currentText().startsWith(" \u00A4 "));
+    }
+}
+
+TEST_F(CurveDrawingTest, OnlyALeftDragOfAnInnerMarkChangesTheFunction) {
+    open();
+    drag(2, 70.0, true, Qt::RightButton);
+    drag(0, 30.0);
+    drag(4, 60.0);
+    mouse(2, QEvent::MouseButtonPress, {6, 6}, Qt::LeftButton, Qt::LeftButton);
+    mouse(2, QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
+    for (int k = 0; k < 5; ++k) EXPECT_DOUBLE_EQ(value(0, k), k / 4.0);
+    EXPECT_EQ(funType(0), 0);
+    EXPECT_FALSE(wizardData().AttVFDone(0).toBoolean());
+    EXPECT_EQ(mark(0)->picture(), 1);
+    EXPECT_EQ(mark(2)->picture(), 2);
+}
+
+// The curve follows the mark before the release; the labels read as on the
+// rating page in either value range; the arrow keys step a focused mark.
+TEST_F(CurveDrawingTest, TheCurveAndTheLabelsFollowTheDrag) {
+    for (const std::int16_t maxVal : {1, 100}) {
+        wizardData().MaxVal = maxVal;
+        open();
+        drag(2, 73.0, false);
+        std::vector<double> curve;
+        for (const DrawPrimitive& p : chart()->primitives())
+            if (p.kind == DrawPrimitive::Kind::Line && p.color == qbColor(9)) curve.push_back(p.p2.y());
+        ASSERT_EQ(curve.size(), 32U);
+        EXPECT_NEAR(curve[15], 73.0, 1e-4) << "the curve passes the mark at score 50";
+        EXPECT_EQ(text("lblCurScore"), "50.00");
+        EXPECT_EQ(text("lblCurValue"), maxVal == 1 ? "0.73" : "73");
+        mouse(2, QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
+        sendKey(mark(2), Qt::Key_Down, {}, Qt::ShiftModifier);
+        sendKey(mark(2), Qt::Key_Up);
+        EXPECT_DOUBLE_EQ(value(0, 2), 0.64);
+        EXPECT_EQ(text("lblCurValue"), maxVal == 1 ? "0.64" : "64");
+    }
+}
+
+TEST_F(CurveDrawingTest, LinearAndRestorePutTheMarksOnTheChart) {
+    WizardData& w = wizardData();
+    w.InSmpSize(1) = std::int16_t(7);
+    for (int k = 0; k < 7; ++k) {
+        w.InSmpX(1, k) = 10.0 + 40.0 * k / 6.0;
+        w.InSmpY(1, k) = 1.0 - (k / 6.0) * (k / 6.0);
+    }
+    open(1);
+    drag(2, 40.0);
+    drag(3, 20.0);
+    click("cmdLinear");
+    EXPECT_EQ(funType(1), 0);
+    EXPECT_TRUE(text("lblCurValue").isEmpty()) << "no read-out of a point that has moved";
+    for (int k = 0; k < 5; ++k) EXPECT_NEAR(middleOf(k).y(), 100.0 - k * 25.0, 0.5) << k;
+    drag(1, 90.0);
+    click("cmdRestore");
+    EXPECT_FALSE(w.AttVFDone(1).toBoolean());
+    for (int k = 0; k < 11; ++k) {
+        EXPECT_EQ(mark(k)->isHidden(), k >= 7) << k;
+        if (k < 7) {
+            EXPECT_NEAR(middleOf(k).y(), w.InSmpY(1, k).toDouble() * 100.0, 0.5) << k;
+        }
+    }
+}
+
+TEST_F(CurveDrawingTest, FinishExportsTheDrawnPoints) {
+    open();
+    drag(1, 10.0);
+    drag(2, 30.0);
+    drag(3, 20.0);  // past point 2: 0.325
+    drag(1, 35.0);  // past point 2: 0.275
+    const double expected[5] = {0.0, 0.275, 0.30, 0.325, 1.0};
+    for (int k = 0; k < 5; ++k) EXPECT_DOUBLE_EQ(value(0, k), expected[k]) << k;
+    sink.events.clear();
+    click("cmdFinish");
+    ASSERT_EQ(sink.events, (std::vector<std::string>{"ExportResults", "UnloadKelmar"}));
+    // Alternatives at 50, 0, 100 and 25 on Price lie on sample points.
+    const double values[4] = {0.30, 0.0, 1.0, 0.275};
+    for (int a = 0; a < 4; ++a) EXPECT_NEAR(sink.exportedValues(a, 0).toDouble(), values[a], 1e-9) << a;
+}
+
+}  // namespace
+}  // namespace kelmar::test

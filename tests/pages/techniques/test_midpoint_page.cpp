@@ -1,0 +1,282 @@
+// The Midpoint page: its controls, the slider's judgment with its
+// thresholds, the refusal, the risk attitude and the print.
+#include "TechniqueFixture.h"
+#include "pages/techniques/frmKelMidPoint.h"
+
+#include <QFile>
+#include <QPrinter>
+#include <QSlider>
+#include <QStyleOptionSlider>
+#include <QTemporaryDir>
+
+namespace kelmar::test {
+namespace {
+
+class MidPointTest : public PageTest<frmKelMidPoint> {
+protected:
+    void SetUp() override {
+        fill();
+        setMessageBoxHook([this](QMessageBox& box) {
+            messages.push_back(box.windowTitle() + "|" + box.text() + "|" + QString::number(box.icon()));
+            return QMessageBox::Ok;
+        });
+    }
+    void TearDown() override {
+        page.reset();
+        setMessageBoxHook({});
+        frmKelMidPoint::setPrinterFactory({});
+    }
+
+    // The three-attribute problem with room for the parameters, on this
+    // page's technique.
+    static void fill() {
+        fillProblem();
+        for (VariantArray* a : {&w().VFunParA, &w().VFunParB, &w().VFunParC, &w().VFunParD}) a->redim(0, 2);
+        w().SelTechnique = kMidPoint;
+    }
+
+    void open() {
+        page = std::make_unique<frmKelMidPoint>();
+        page->setEventSink(&sink);
+        page->load();
+        page->show();
+        sink.events.clear();
+    }
+
+    QSlider* slider() const { return child<QSlider>(QStringLiteral("sldMidVal")); }
+
+    // The centre of the slider's handle at a position, in slider pixels.
+    QPoint handleAt(int position) const {
+        QStyleOptionSlider option;
+        option.initFrom(slider());
+        option.orientation = Qt::Horizontal;
+        option.minimum = slider()->minimum();
+        option.maximum = slider()->maximum();
+        option.sliderPosition = option.sliderValue = position;
+        return slider()->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider()).center();
+    }
+
+    static void sendMouse(QWidget* w, QEvent::Type type, QPoint pos, Qt::MouseButton button,
+                          Qt::MouseButtons buttons) {
+        QMouseEvent event(type, QPointF(pos), w->mapToGlobal(QPointF(pos)), button, buttons, Qt::NoModifier);
+        QCoreApplication::sendEvent(w, &event);
+    }
+
+    // Grabs the handle and drags it towards position `to`; returns the
+    // position the slider reached.
+    int drag(int to, Qt::MouseButton button = Qt::LeftButton) {
+        const QPoint from = handleAt(slider()->value());
+        const QPoint target(handleAt(to).x(), from.y());
+        sendMouse(slider(), QEvent::MouseButtonPress, from, button, button);
+        sendMouse(slider(), QEvent::MouseMove, target, Qt::NoButton, button);
+        sendMouse(slider(), QEvent::MouseButtonRelease, target, button, Qt::NoButton);
+        return slider()->value();
+    }
+
+    // Sets the slider (as a drag's moves would) and judges that score.
+    bool judge(int position) {
+        slider()->setValue(position);
+        return page->FitMidpoint();
+    }
+
+    static WizardData& w() { return wizardData(); }
+};
+
+TEST_F(MidPointTest, TheSliderReplacesMarksSampleSizeAndTheLinearButtons) {
+    open();
+    EXPECT_EQ(page->windowTitle(), QStringLiteral("Kelmar: Middle Point Setting"));
+    EXPECT_EQ(page->pageId(), 0);
+    EXPECT_NE(page->findChild<QWidget*>(QStringLiteral("frameSlider")), nullptr);
+    for (const char* absent : {"cmbSmpSize", "picRatingChart", "picScorePoint_0", "cmdLinear", "cmdRestore",
+                               "lblCurScore", "lblCurValue"})
+        EXPECT_EQ(page->findChild<QWidget*>(QString::fromLatin1(absent)), nullptr) << absent;
+    EXPECT_EQ(page->findChild<QObject*>(QStringLiteral("imgListMark")), nullptr);
+
+    // Position 0 is the score minimum, the last the maximum; the text is
+    // the score as currency text.
+    const struct {
+        int position;
+        QString text;
+    } rows[] = {{0, "0"}, {1, "0.05"}, {667, "33.35"}, {frmKelMidPoint::kSliderPositions, "100"}};
+    for (const auto& row : rows) {
+        slider()->setValue(row.position);
+        EXPECT_EQ(page->sliderText(), row.text) << row.position;
+    }
+    // A page opened on an attribute shows its middle score.
+    w().SelAtt = 1;
+    open();
+    EXPECT_EQ(page->sliderText(), QStringLiteral("30"));
+}
+
+TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsLinearNearTheCentre) {
+    open();
+    // Price runs 0 .. 100 (a position is 0.05); r is measured on the copy of
+    // the range, which for the first rows is wider.
+    enum Outcome { Refused, Linear, Curve };
+    const struct {
+        double copyMaximum;
+        int position;
+        Outcome outcome;
+    } rows[] = {
+        {500.0, 10, Refused},  // r = 0.001
+        {500.0, 11, Curve},    // r = 0.0011
+        {100.0, 1990, Refused},  // r = 0.995
+        {100.0, 1989, Curve},    // r = 0.9945
+        {100.0, 1001, Linear},   // r = 0.5005
+        {100.0, 999, Linear},    // r = 0.4995
+        {100.0, 1002, Curve},    // r = 0.501
+        {100.0, 998, Curve},     // r = 0.499
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.position);
+        fill();
+        w().ScoreMaximumCopy(0) = row.copyMaximum;
+        messages.clear();
+        open();
+        const bool accepted = judge(row.position);
+        EXPECT_EQ(accepted, row.outcome != Refused);
+        if (row.outcome == Refused) {
+            EXPECT_EQ(messages, (std::vector<QString>{
+                                    "QUARN|You have set an unreasonable value for the middle preferential score!|" +
+                                    QString::number(QMessageBox::Warning)}));
+            EXPECT_EQ(w().VFunParA(0).toString(), QString());
+            continue;
+        }
+        EXPECT_TRUE(messages.empty());
+        EXPECT_EQ(w().VFunType(0).toInteger(), row.outcome == Linear ? 0 : 1);
+        EXPECT_EQ(w().SmpY(0, 2).toDouble(), 0.5);
+        if (row.outcome == Linear) {
+            EXPECT_EQ(w().VFunParA(0).toString(), QStringLiteral("0.010000"));
+            EXPECT_EQ(w().VFunParB(0).toString(), QStringLiteral("0.000000"));
+            EXPECT_EQ(w().SmpX(0, 2).toDouble(), 50.0);
+        } else {
+            EXPECT_EQ(w().SmpX(0, 2).toDouble(), page->middleShown());
+            EXPECT_EQ(w().VFunParA(0).toString().size() - w().VFunParA(0).toString().indexOf('.'), 7);
+        }
+    }
+}
+
+TEST_F(MidPointTest, AReleaseJudgesTheMovedSliderAndARefusalKeepsTheFunction) {
+    open();
+    // Another button, and a release where the press was, change nothing and
+    // show nothing.
+    const int start = slider()->value();
+    drag(400, Qt::RightButton);
+    EXPECT_EQ(slider()->value(), start);
+    sendMouse(slider(), QEvent::MouseButtonPress, handleAt(start), Qt::LeftButton, Qt::LeftButton);
+    EXPECT_EQ(page->sliderText(), QStringLiteral("50"));
+    sendMouse(slider(), QEvent::MouseButtonRelease, handleAt(start), Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(w().VFunType(0).toInteger(), 0);
+    EXPECT_FALSE(w().AttVFDone(0).toBoolean());
+
+    // A drag towards 30 makes the curve through the judged score.
+    const int reached = drag(600);
+    ASSERT_NE(reached, start);
+    const double middle = page->middleShown();
+    EXPECT_NEAR(middle, reached * 0.05, 1e-9);
+    EXPECT_EQ(w().VFunType(0).toInteger(), 1);
+    EXPECT_TRUE(w().AttVFDone(0).toBoolean());
+    EXPECT_EQ(w().VFTechniqueID(0).toInteger(), kMidPoint);
+    EXPECT_EQ(w().ScoreMiddle(0).toDouble(), middle);
+    EXPECT_EQ(w().SmpX(0, 2).toDouble(), middle);
+    EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(0), QString::fromUtf8(" \u00A4 Price"));
+    const QStringList points = drawnTexts(*child<DrawSurface>("picVFChart"));
+    EXPECT_FALSE(points.isEmpty());
+
+    // A drag to the lower end is refused: the curve stays as it was, with
+    // its technique.
+    std::vector<double> before;
+    for (int k = 0; k < 5; ++k) before.push_back(w().SmpX(0, k).toDouble());
+    const QString parA = w().VFunParA(0).toString();
+    drag(0);
+    EXPECT_EQ(messages.size(), 1U);
+    messages.clear();
+    for (int k = 0; k < 5; ++k) EXPECT_EQ(w().SmpX(0, k).toDouble(), before[static_cast<std::size_t>(k)]);
+    EXPECT_EQ(w().VFunParA(0).toString(), parA);
+    EXPECT_EQ(w().VFunType(0).toInteger(), 1);
+
+    // The arrow keys judge each step on its own.
+    slider()->setValue(600);
+    sendKey(slider(), Qt::Key_Right);
+    EXPECT_EQ(slider()->value(), 601);
+    EXPECT_EQ(w().SmpX(0, 2).toDouble(), 30.05);
+    EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(MidPointTest, TheRiskAttitudeFollowsTheJudgedScore) {
+    // Price (benefit) and Noise (cost) alike: below the centre is "Risk
+    // Prone", at or above "Risk Averse", a linear judgment "Risk Neutral".
+    const struct {
+        int att;
+        int position;
+        int lit;
+    } rows[] = {{0, 600, 2}, {0, 1004, 0}, {0, 1000, 1}, {1, 1200, 0}, {1, 996, 2}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.att << " " << row.position);
+        fill();
+        w().SelAtt = static_cast<std::int16_t>(row.att);
+        open();
+        slider()->setValue(row.position == 1000 ? 1100 : 1000);
+        const QPoint at = handleAt(slider()->value());
+        sendMouse(slider(), QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
+        slider()->setValue(row.position);
+        sendMouse(slider(), QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+        for (int k = 0; k < 3; ++k)
+            EXPECT_EQ(child<QLabel>(QStringLiteral("lblRiskAttitude_%1").arg(k))->font().bold(), k == row.lit) << k;
+    }
+}
+
+TEST_F(MidPointTest, PrintPutsAnImageOfThePageOnThePrinterAndNothingWithoutOne) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("page.pdf"));
+    int asked = 0;
+    frmKelMidPoint::setPrinterFactory([&]() -> std::unique_ptr<QPrinter> {
+        ++asked;
+        auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+        printer->setOutputFormat(QPrinter::PdfFormat);
+        printer->setOutputFileName(file);
+        return printer;
+    });
+
+    // The other pages keep the button without an action.
+    {
+        frmKelDirectRating other;
+        other.load();
+        other.findChild<QPushButton*>(QStringLiteral("cmdCUFPrint"))->click();
+        EXPECT_EQ(asked, 0);
+    }
+    open();
+    click("cmdCUFPrint");
+    EXPECT_EQ(asked, 1);
+    QFile pdf(file);
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    const QByteArray bytes = pdf.readAll();
+    EXPECT_TRUE(bytes.startsWith("%PDF"));
+    EXPECT_TRUE(bytes.contains("/Subtype /Image"));
+    pdf.close();
+
+    // No printer: nothing happens and nothing is shown.
+    QFile::remove(file);
+    frmKelMidPoint::setPrinterFactory([] { return std::unique_ptr<QPrinter>(); });
+    click("cmdCUFPrint");
+    EXPECT_FALSE(QFile::exists(file));
+    // A printer that cannot start ends the print quietly.
+    frmKelMidPoint::setPrinterFactory([] {
+        auto printer = std::make_unique<QPrinter>();
+        printer->setOutputFormat(QPrinter::PdfFormat);
+        printer->setOutputFileName(QStringLiteral("/nonexistent-folder/page.pdf"));
+        return printer;
+    });
+    click("cmdCUFPrint");
+    EXPECT_TRUE(messages.empty());
+}
+
+TEST_F(MidPointTest, SpecificationAndTheCommonButtonsRaiseTheirEvents) {
+    open();
+    click("cmdS");
+    click("cmdBack");
+    EXPECT_EQ(sink.events, (std::vector<std::string>{"ShowKelVFS", "HideForm(0)", "ShowForm(8)", "UnloadOwn"}));
+}
+
+}  // namespace
+}  // namespace kelmar::test
