@@ -254,4 +254,11 @@ void ComputeAllAlternativeValues();
 // the settings page with Next.
 void PrepareWorkingArrays();
 
+// Keeps the first sample point of attribute att on ScoreMinimum and the last
+// on ScoreMaximum, with the scores strictly increasing: a linear function
+// is laid out again on the range, a curve moves its ends (and stretches its
+// inner points when one lies outside the range); an attribute without a
+// usable function starts as a straight line of five points.
+void FitSamplePointsToRange(std::int16_t& att);
+
 }  // namespace kelmar

@@ -80,7 +80,8 @@ template <class Cells>
         out[0] = y0;
         out[1] = p1;
         out[2] = out[3] = 0.0;
-        if (evaluate) out[4] = checkedResult(y0 + p1 * (at - x0));
+        // A score on a sample point gives that point's value exactly.
+        if (evaluate) out[4] = at == x[1] ? y[1] : checkedResult(y0 + p1 * (at - x0));
         return;
     }
 
@@ -134,8 +135,12 @@ template <class Cells>
     out[2] = p2;
     out[3] = p3;
     if (evaluate) {
+        // The interval's right end is reached by the first interval (from
+        // X(1)) and the last (at X(n - 1)): there the cubic would give the
+        // point's value only to rounding, so the point's own value is taken.
         const double d = at - px[2];
-        out[4] = checkedResult(py[2] + tL * d + p2 * d * d + p3 * d * d * d);
+        out[4] = at == px[3] ? py[3]
+                             : checkedResult(py[2] + tL * d + p2 * d * d + p3 * d * d * d);
     }
 }
 

@@ -35,12 +35,21 @@ void ComputeAlternativeValue(std::int16_t& alt, std::int16_t& att, std::int16_t&
     const VariantCells xs{pointRow(w.SmpX, att, n)};
     const VariantCells ys{pointRow(w.SmpY, att, n)};
     const double x = w.AltPScore(alt, att).asDoubleFast();
-    double out[5] = {0.0, 0.0, 0.0, 0.0, 0.0};
-    akimaCore(xs, ys, n, true, x, out);
+    double v = 0.0;
+    if (x <= xs[0]) {
+        // At or beyond an end the score is worth that end's value: the
+        // extended end cubic may turn back before it leaves the value range.
+        v = ys[0];
+    } else if (x >= xs[n - 1]) {
+        v = ys[n - 1];
+    } else {
+        double out[5] = {0.0, 0.0, 0.0, 0.0, 0.0};
+        akimaCore(xs, ys, n, true, x, out);
+        v = out[4];
+    }
 
-    // Beyond the ends the extended cubics are cut to the value range.
+    // A value the host's points put outside the value range is cut to it.
     // (Above 1 it is 1, else below 0 it is 0; v is never a NaN here.)
-    double v = out[4];
     v = v > 1.0 ? 1.0 : v;
     v = v < 0.0 ? 0.0 : v;
     w.AttVData(alt, att) = static_cast<double>(maxVal) * v;

@@ -2,6 +2,8 @@
 
 #include <kelmar/mdKelMain.h>
 
+#include <QRegularExpression>
+
 #include <cmath>
 #include <cctype>
 #include <cstdio>
@@ -174,6 +176,19 @@ double leadingNumber(const QString& text) {
     }
     const double v = std::strtod(number.c_str(), nullptr);
     return std::isfinite(v) ? v : 0.0;
+}
+
+bool completeNumber(const QString& text, double& value) {
+    static const QRegularExpression number(
+        QStringLiteral("^\\s*[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eEdD][+-]?[0-9]+)?\\s*$"));
+    if (!number.match(text).hasMatch()) return false;
+    std::string s = text.trimmed().toStdString();
+    for (char& c : s)
+        if (c == 'd' || c == 'D') c = 'e';
+    const double v = std::strtod(s.c_str(), nullptr);
+    if (!std::isfinite(v)) return false;
+    value = v;
+    return true;
 }
 
 }  // namespace kelmar::fmt

@@ -30,4 +30,10 @@ QString currencyText(double v);
 // Empty or non-numeric text reads as 0 ("12abc" -> 12, "1.2.3" -> 1.2).
 double leadingNumber(const QString& text);
 
+// Reads text that is one complete number and nothing else: blanks around
+// it, an optional sign, digits with at most one decimal point, an optional
+// exponent. Separators, letters, an empty text and a number beyond the
+// double range give false and leave value alone.
+bool completeNumber(const QString& text, double& value);
+
 }  // namespace kelmar::fmt

@@ -116,7 +116,10 @@ void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
     const OldPoints old = copyOldPoints(w, att, oldSize);
     layOutScores(w, att, newSize);
     for (std::int16_t k = 1; k <= newSize - 2; ++k) {
-        w.SmpY(att, k) = valueOn(old, w.SmpX(att, k).toDouble());
+        // The old curve may swing beyond the value range on a long interval
+        // (an end moved far out): the new point's value stays within 0 .. 1.
+        const double v = valueOn(old, w.SmpX(att, k).toDouble());
+        w.SmpY(att, k) = v < 0.0 ? 0.0 : (v > 1.0 ? 1.0 : v);
     }
     const bool cost = isCostOriented();
     w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
@@ -148,6 +151,11 @@ void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
             x = next;
             if (std::fabs(level - valueOn(old, x)) <= 0.01) break;
         }
+        // Scores stay strictly increasing inside the range: a score found
+        // (or fallen back to) at or before the previous point, or at the
+        // maximum, takes an even share of the range that is left instead.
+        const double previous = w.SmpX(att, k - 1).toDouble();
+        if (!(x > previous && x < high)) x = previous + (high - previous) / (newSize - k);
         w.SmpX(att, k) = x;
     }
     w.ScoreMiddle(att) = ComputeScoreMiddle(att);

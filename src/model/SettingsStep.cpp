@@ -155,4 +155,6 @@ void PrepareWorkingArrays() {
     for (std::int16_t att = 0; att <= last; ++att) fitSamplePoints(w, att);
 }
 
+void FitSamplePointsToRange(std::int16_t& att) { fitSamplePoints(wizardData(), att); }
+
 }  // namespace kelmar

@@ -27,14 +27,36 @@ protected:
     }
 };
 
-TEST_F(AlternativeValues, ValuesBeyondTheScaleAreCut) {
-    for (double score : {10.5, 14.0, 1e6}) EXPECT_EQ(valueOf(0, score), 100.0) << score;
-    for (double score : {-0.5, -1e6}) EXPECT_EQ(valueOf(0, score), 0.0) << score;
-    // The cost curve's extended cubics leave the range upwards on the left
-    // and turn back up far right: cut to 0 .. 100 either way.
-    for (double score : {-30.0, -5.0, 1000.0}) EXPECT_EQ(valueOf(1, score), 100.0) << score;
-    for (double score : {101.0, 150.0, 250.0, 400.0})
-        EXPECT_TRUE(valueOf(1, score) >= 0.0 && valueOf(1, score) <= 100.0) << score;
+TEST_F(AlternativeValues, ScoresAtAndBeyondTheEndsGetTheEndsValuesExactly) {
+    // Curves whose extended end cubics turn back before they leave the value
+    // range, a linear function on an uneven range and the cost curve above.
+    const struct { const char* what; std::vector<double> x, y; bool cost;
+                   std::vector<double> scores; double expected; } cases[] = {
+        {"benefit, beyond the best end", {0, 10, 20}, {0, 0.9, 1}, false, {20, 30, 60, 200}, 100},
+        {"benefit, beyond the worst end", {0, 10, 20}, {0, 0.9, 1}, false, {0, -10, -1e6}, 0},
+        {"cost, beyond the worst end", {0, 10, 20}, {1, 0.1, 0}, true, {20, 30, 60, 200}, 0},
+        {"cost, beyond the best end", {0, 10, 20}, {1, 0.1, 0}, true, {0, -5, -1e300}, 100},
+        {"cost, four points", {0, 20, 50, 100}, {1, 0.6, 0.3, 0}, true, {100, 101, 150, 400}, 0},
+        {"linear", {0.3, 0.475, 0.65, 0.825, 1.0}, {0, 0.25, 0.5, 0.75, 1}, false, {1.0, 7.0}, 100},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        w().AttPropertyCopy(1) = I16(c.cost ? 1 : 0);
+        setCurve(1, c.x, c.y, kDirectRating);
+        for (double score : c.scores) EXPECT_EQ(valueOf(1, score), c.expected) << score;
+    }
+}
+
+TEST_F(AlternativeValues, ScoresOnSamplePointsGetTheirValuesExactly) {
+    const std::vector<double> xs[] = {{0, 20, 50, 100}, {0, 12.5, 20, 31, 47, 60, 99.9},
+                                      {-3.7, 1.1}, {0.3, 0.475, 0.65, 0.825, 1.0}};
+    const std::vector<double> ys[] = {{0, 0.63, 0.81, 1}, {0, 0.07, 0.21, 0.4, 0.77, 0.9, 1},
+                                      {0.1, 0.9}, {0, 0.25, 0.5, 0.75, 1}};
+    for (std::size_t set = 0; set < std::size(xs); ++set) {
+        setCurve(1, xs[set], ys[set], kCurveDrawing);
+        for (std::size_t k = 0; k < xs[set].size(); ++k)
+            EXPECT_EQ(valueOf(1, xs[set][k]), 100.0 * ys[set][k]) << set << " point " << k;
+    }
 }
 
 TEST_F(AlternativeValues, FaultsRaiseTheirErrorNumbers) {

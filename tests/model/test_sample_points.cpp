@@ -79,17 +79,54 @@ TEST_F(ModelTest, ResampleByValueTakesTheFirstGridScoreWithinOneHundredth) {
     }
 }
 
-TEST_F(ModelTest, ResampleByValueFallsBackToHalfTheRangeMeasuredFromZero) {
-    // The old curve on 20 .. 120 never rises above 0.6: level 0.75 is not
-    // found and its score becomes (120 - 20) / 2 = 50, not the midpoint 70.
-    setRange(0, 20.0, 120.0);
-    setCurve(0, {20, 70, 120}, {0, 0.3, 0.6}, kBisection);
-    I16 att = 0, n = 5, old = 3;
-    ResampleByValue(att, n, old);
-    EXPECT_EQ(smpX(0, 3), 50.0);
-    EXPECT_GT(smpX(0, 2), 100.0);  // 0.5 is met late, above the fallback
-    EXPECT_EQ(smpX(0, 0), 20.0);
-    EXPECT_EQ(smpX(0, 4), 120.0);
+TEST_F(ModelTest, ResampleByValueFallsBackToHalfTheRangeMeasuredFromZeroWhileThatKeepsTheOrder) {
+    // A level the old curve never comes near falls back to (max - min) / 2;
+    // where that is not between the previous point and the maximum, the
+    // point takes an even share of the range left.
+    const struct { const char* what; double low, high; std::vector<double> x, y;
+                   std::vector<double> expected; } cases[] = {
+        // 0.25 and 0.5 are met early, 0.75 never: 50 lies in order.
+        {"fallback in order", 0, 100, {0, 20, 60, 100}, {0, 0.6, 0.6, 0.6}, {0, -1, -1, 50, 100}},
+        // 0.5 is met beyond 100, so 50 would come after it: 100 + 20 / 2.
+        {"fallback out of order", 20, 120, {20, 70, 120}, {0, 0.3, 0.6}, {20, -1, -1, -2, 120}},
+        // Far from zero the fallback lies below the range.
+        {"fallback below the range", 1000, 1100, {1000, 1050, 1100}, {0, 0.1, 0.2},
+         {1000, 1025, 1050, 1075, 1100}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        setRange(0, c.low, c.high);
+        setCurve(0, c.x, c.y, kBisection);
+        I16 att = 0, n = 5, old = static_cast<I16>(c.x.size());
+        ResampleByValue(att, n, old);
+        for (int k = 0; k < 5; ++k) {
+            const double e = c.expected[static_cast<std::size_t>(k)];
+            if (e >= 0) {
+                EXPECT_NEAR(smpX(0, k), e, 1e-9) << k;
+            }
+            if (e == -2) {
+                EXPECT_DOUBLE_EQ(smpX(0, k), smpX(0, 2) + (c.high - smpX(0, 2)) / 2) << k;
+            }
+            if (k > 0) {
+                EXPECT_GT(smpX(0, k), smpX(0, k - 1)) << k;
+            }
+        }
+    }
+}
+
+TEST_F(ModelTest, ResampleByScoreKeepsValuesWithinTheScaleWhenTheCurveSwingsOut) {
+    // An end moved far out leaves a long last interval whose cubic swings
+    // far below 0 between steep neighbours.
+    w().AttPropertyCopy(0) = I16(1);
+    setRange(1, 0.5, 86873);
+    setCurve(1, {0.5, 1, 2, 4, 6, 9, 86873}, {1, 0.9, 0.75, 0.5, 0.3, 0.1, 0}, kDirectRating);
+    ASSERT_LT(Curve({0.5, 1, 2, 4, 6, 9, 86873}, {1, 0.9, 0.75, 0.5, 0.3, 0.1, 0}).at(43436.75), -1.0);
+    I16 att = 1, n = 5, old = 7;
+    ResampleByScore(att, n, old);
+    for (int k = 0; k < 5; ++k) {
+        EXPECT_GE(smpY(1, k), 0.0) << k;
+        EXPECT_LE(smpY(1, k), 1.0) << k;
+    }
 }
 
 // --- Which layout a technique page gets ---------------------------------------

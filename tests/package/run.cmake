@@ -33,3 +33,15 @@ string(FIND "${found}" "${prefix}/" at)
 if(NOT at GREATER -1)
   message(FATAL_ERROR "the consumer found ${found}, not the package in ${prefix}")
 endif()
+
+# The installed host program starts from the prefix and finds the library
+# there, with no search path set from outside.
+if(EXISTS ${prefix}/bin/kelmar-host)
+  execute_process(COMMAND ${CMAKE_COMMAND} -E env --unset=LD_LIBRARY_PATH ${prefix}/bin/kelmar-host --version
+                  RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(rc)
+    message(FATAL_ERROR "the installed kelmar-host does not start: ${rc} ${err}")
+  endif()
+else()
+  message(FATAL_ERROR "kelmar-host is missing from ${prefix}/bin")
+endif()

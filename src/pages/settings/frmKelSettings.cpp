@@ -278,10 +278,14 @@ void frmKelSettings::buildButtons() {
     cmdFinish = make("cmdFinish", QStringLiteral("&Finish"), 420);
     cmdCancel = make("cmdCancel", QStringLiteral("&Cancel"), 520);
 
-    connect(cmdBack, &QPushButton::clicked, this, [this] { handle([this] { cmdBack_Click(); }); });
-    connect(cmdNext, &QPushButton::clicked, this, [this] { handle([this] { cmdNext_Click(); }); });
+    // The steps that change the wizard data either complete or leave it,
+    // and the page, as they were.
+    connect(cmdBack, &QPushButton::clicked, this,
+            [this] { handle([this] { transaction([this] { cmdBack_Click(); }); }); });
+    connect(cmdNext, &QPushButton::clicked, this,
+            [this] { handle([this] { transaction([this] { cmdNext_Click(); }); }); });
     connect(cmdFinish, &QPushButton::clicked, this,
-            [this] { handle([this] { cmdFinish_Click(); }); });
+            [this] { handle([this] { transaction([this] { cmdFinish_Click(); }); }); });
     connect(cmdCancel, &QPushButton::clicked, this,
             [this] { handle([this] { cmdCancel_Click(); }); });
     connect(cmdHelp, &QPushButton::clicked, this, [this] { handle([this] { cmdHelp_Click(); }); });
@@ -326,11 +330,9 @@ void frmKelSettings::onLoad() {
     w.ScoreMinimum = w.InScoreMinimum;
     w.ScoreMaximum = w.InScoreMaximum;
     w.ScoreMiddle = w.InScoreMiddle;
-    // A session starts from the host's functions: the parameters and types
-    // left by an earlier session are let go, so that the settings step makes
-    // them anew from the host's (it keeps arrays that are already in shape).
-    for (VariantArray* a : {&w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD, &w.VFunType})
-        *a = VariantArray();
+    // Only the ranges and the flags start again. The parameters and types
+    // belong to the working points, which stay as the last session left
+    // them until the host hands over its functions anew.
 
     Filling = true;
     cmbSelAtt->clear();
@@ -342,6 +344,12 @@ void frmKelSettings::onLoad() {
     cmdNext->setEnabled(true);
     CurrentPanel = 0;
     showPanel(0);
+
+    // The points of an earlier session may lie on a range that has just
+    // been set back to the host's: they follow it at once, so that the
+    // first point sits on the minimum and the last on the maximum whichever
+    // button is pressed next.
+    PrepareWorkingArrays();
 
     // The list opens on its first attribute: take it as chosen, with its
     // range in the boxes, so that Next without typing keeps the range.
@@ -363,22 +371,46 @@ void frmKelSettings::cmbSelAtt_Click() {
     if (index < 0) return;
     WizardData& w = wizardData();
     w.SelAtt = static_cast<std::int16_t>(index);
-    double low = 0;
-    double high = 0;
-    if (!w.AttRangeSet(w.SelAtt).toBoolean()) {
-        low = cellNumber(w.InScoreMinimum, w.SelAtt);
-        high = cellNumber(w.InScoreMaximum, w.SelAtt);
-        DrawScopeFromHostRange(*picScopeChart, w.SelAtt, low, high);
-    } else {
-        low = cellNumber(w.ScoreMinimum, w.SelAtt);
-        high = cellNumber(w.ScoreMaximum, w.SelAtt);
-        DrawScopeFromWorkingRange(*picScopeChart, w.SelAtt, low, high);
-    }
+    drawScopeChart();
     // The boxes follow the chosen attribute: Next checks and stores what
     // they hold for this attribute, so they must never carry another one's
     // range over.
-    txtMinScore->setText(fmt::formatScore(low));
-    txtMaxScore->setText(fmt::formatScore(high));
+    const bool set = w.AttRangeSet(w.SelAtt).toBoolean();
+    fillBox(txtMinScore, cellNumber(set ? w.ScoreMinimum : w.InScoreMinimum, w.SelAtt));
+    fillBox(txtMaxScore, cellNumber(set ? w.ScoreMaximum : w.InScoreMaximum, w.SelAtt));
+}
+
+// The host's range until the attribute's range is confirmed, the working
+// one afterwards.
+void frmKelSettings::drawScopeChart() {
+    WizardData& w = wizardData();
+    const bool set = w.AttRangeSet(w.SelAtt).toBoolean();
+    double low = cellNumber(set ? w.ScoreMinimum : w.InScoreMinimum, w.SelAtt);
+    double high = cellNumber(set ? w.ScoreMaximum : w.InScoreMaximum, w.SelAtt);
+    if (set) {
+        DrawScopeFromWorkingRange(*picScopeChart, w.SelAtt, low, high);
+    } else {
+        DrawScopeFromHostRange(*picScopeChart, w.SelAtt, low, high);
+    }
+}
+
+frmKelSettings::BoxValue& frmKelSettings::boxValue(const QLineEdit* box) {
+    return boxValues_[box == txtMaxScore ? 1U : 0U];
+}
+
+void frmKelSettings::fillBox(QLineEdit* box, double value) {
+    const QString text = fmt::formatScore(value);
+    box->setText(text);
+    boxValue(box) = BoxValue{value, text};
+}
+
+bool frmKelSettings::readBox(QLineEdit* box, double& value) {
+    const BoxValue& filled = boxValue(box);
+    if (box->text() == filled.text) {
+        value = filled.value;
+        return true;
+    }
+    return fmt::completeNumber(box->text(), value);
 }
 
 bool frmKelSettings::eventFilter(QObject* watched, QEvent* event) {
@@ -397,7 +429,9 @@ bool frmKelSettings::eventFilter(QObject* watched, QEvent* event) {
         const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
         if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
             !checkingScore_) {
-            handle([this, box] { box == txtMinScore ? checkMinScore() : checkMaxScore(); });
+            handle([this, box] {
+                transaction([this, box] { box == txtMinScore ? checkMinScore() : checkMaxScore(); });
+            });
         }
         return false;
     }
@@ -419,7 +453,9 @@ void frmKelSettings::scoreBoxKeyUp(QLineEdit* box, QKeyEvent* event) {
     applyDecimalPointRule(box);
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (enter && !event->isAutoRepeat() && !checkingScore_) {
-        handle([this, box] { box == txtMinScore ? checkMinScore() : checkMaxScore(); });
+        handle([this, box] {
+            transaction([this, box] { box == txtMinScore ? checkMinScore() : checkMaxScore(); });
+        });
     }
 }
 
@@ -448,22 +484,97 @@ void frmKelSettings::checkScore(bool maximum) {
     } reset{checkingScore_};
 
     QLineEdit* box = maximum ? txtMaxScore : txtMinScore;
-    const double value = fmt::leadingNumber(box->text());
-    const double host = cellNumber(maximum ? w.InScoreMaximum : w.InScoreMinimum, w.SelAtt);
-    if (maximum ? value < host : value > host) {
-        const QString shown = fmt::formatScore(host);
-        const QString rule = maximum ? QStringLiteral("The score should be larger than or equal to ")
-                                     : QStringLiteral("The score should be less than or equal to ");
-        showMessage(this, rule + shown + QStringLiteral("!"), QMessageBox::Warning,
+    double value = 0;
+    if (!readBox(box, value)) {
+        // Text that is not a number is refused as a whole (a separator or a
+        // letter would otherwise cut the number short); the box goes back
+        // to the score it stood for.
+        const BoxValue before = boxValue(box);
+        showMessage(this, QStringLiteral("The score should be a number!"), QMessageBox::Warning,
                     QStringLiteral("QUARN"));
-        box->setText(shown);
+        fillBox(box, before.value);
         return;
     }
+    const double host = cellNumber(maximum ? w.InScoreMaximum : w.InScoreMinimum, w.SelAtt);
+    if (maximum ? value < host : value > host) {
+        const QString rule = maximum ? QStringLiteral("The score should be larger than or equal to ")
+                                     : QStringLiteral("The score should be less than or equal to ");
+        showMessage(this, rule + fmt::formatScore(host) + QStringLiteral("!"),
+                    QMessageBox::Warning, QStringLiteral("QUARN"));
+        fillBox(box, host);
+        return;
+    }
+    boxValue(box) = BoxValue{value, box->text()};
     w.AttRangeSet(w.SelAtt) = Variant(true);
     (maximum ? w.ScoreMaximum : w.ScoreMinimum)(w.SelAtt) = value;
+    // The points follow the confirmed range at once (Finish is open on this
+    // panel once it has been left).
+    PrepareWorkingArrays();
     double low = cellNumber(w.ScoreMinimum, w.SelAtt);
     double high = cellNumber(w.ScoreMaximum, w.SelAtt);
     DrawScopeFromWorkingRange(*picScopeChart, w.SelAtt, low, high);
+}
+
+// --- Steps that leave everything as it was when they fail -------------------
+
+struct frmKelSettings::Snapshot {
+    WizardData data;
+    std::int16_t panel = 0;
+    QString caption;
+    bool back = false, next = false, finish = false;
+    QString minText, maxText;
+    std::array<BoxValue, 2> boxes{};
+    QStringList maxValItems;
+    int maxValIndex = -1;
+    std::array<QString, 5> ticks{};
+};
+
+frmKelSettings::Snapshot frmKelSettings::capture() const {
+    Snapshot s;
+    s.data = wizardData();
+    s.panel = CurrentPanel;
+    s.caption = windowTitle();
+    s.back = cmdBack->isEnabled();
+    s.next = cmdNext->isEnabled();
+    s.finish = cmdFinish->isEnabled();
+    s.minText = txtMinScore->text();
+    s.maxText = txtMaxScore->text();
+    s.boxes = boxValues_;
+    for (int i = 0; i < cmbMaxVal->count(); ++i) s.maxValItems << cmbMaxVal->itemText(i);
+    s.maxValIndex = cmbMaxVal->currentIndex();
+    for (std::size_t i = 0; i < s.ticks.size(); ++i) s.ticks[i] = ChartLbl[i]->text();
+    return s;
+}
+
+void frmKelSettings::restore(const Snapshot& before) {
+    wizardData() = before.data;
+    CurrentPanel = before.panel;
+    setWindowTitle(before.caption);
+    cmdBack->setEnabled(before.back);
+    cmdNext->setEnabled(before.next);
+    cmdFinish->setEnabled(before.finish);
+    txtMinScore->setText(before.minText);
+    txtMaxScore->setText(before.maxText);
+    boxValues_ = before.boxes;
+    // Putting the list back is no choice of the analyst's.
+    cmbMaxVal->blockSignals(true);
+    cmbMaxVal->clear();
+    cmbMaxVal->addItems(before.maxValItems);
+    cmbMaxVal->setCurrentIndex(before.maxValIndex);
+    cmbMaxVal->blockSignals(false);
+    for (std::size_t i = 0; i < before.ticks.size(); ++i) ChartLbl[i]->setText(before.ticks[i]);
+    showPanel(CurrentPanel);
+    drawScopeChart();
+}
+
+void frmKelSettings::transaction(const std::function<void()>& step) {
+    const Snapshot before = capture();
+    try {
+        step();
+    } catch (...) {
+        restore(before);
+        throw;
+    }
 }
 
 // --- Panel 1: value range ------------------------------------------------------
@@ -545,11 +656,14 @@ void frmKelSettings::cmdNext_Click() {
         setWindowTitle(kCaptionValueRange);
         checkMinScore();
         checkMaxScore();
-        w.ScoreMinimum(w.SelAtt) = fmt::leadingNumber(txtMinScore->text());
-        w.ScoreMaximum(w.SelAtt) = fmt::leadingNumber(txtMaxScore->text());
+        // The checks have left each box with a number it stands for.
+        double low = 0;
+        double high = 0;
+        if (!readBox(txtMinScore, low) || !readBox(txtMaxScore, high))
+            throw RuntimeError(RuntimeError::TypeMismatch);
+        w.ScoreMinimum(w.SelAtt) = low;
+        w.ScoreMaximum(w.SelAtt) = high;
         w.AttRangeSet(w.SelAtt) = true;
-        double low = cellNumber(w.ScoreMinimum, w.SelAtt);
-        double high = cellNumber(w.ScoreMaximum, w.SelAtt);
         DrawScopeFromWorkingRange(*picScopeChart, w.SelAtt, low, high);
         cmdBack->setEnabled(true);
         cmdFinish->setEnabled(false);
@@ -573,10 +687,19 @@ void frmKelSettings::cmdNext_Click() {
             QStringLiteral("Select one of techniques to construct single-attibute value functions."));
         CurrentPanel = 2;
         break;
-    case 2:
+    case 2: {
+        const float left = pageLeft();
+        const float top = pageTop();
         raiseHideForm(kSettingsPage);
-        raiseShowForm(w.SelTechnique, pageLeft(), pageTop());
+        try {
+            raiseShowForm(w.SelTechnique, left, top);
+        } catch (...) {
+            // No technique page took over: this page stays in front.
+            if (isHidden()) show();
+            throw;
+        }
         break;
+    }
     default:
         break;
     }

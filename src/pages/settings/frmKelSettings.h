@@ -5,8 +5,11 @@
 
 #include "pages/common/KelPage.h"
 
+#include <QString>
+
 #include <array>
 #include <cstdint>
+#include <functional>
 
 class QComboBox;
 class QFrame;
@@ -62,6 +65,27 @@ private:
     void checkMaxScore();
     void checkScore(bool maximum);
 
+    // What a score box stands for: the exact value it was last filled from
+    // or accepted with, and the text it showed then. A box whose text is
+    // still that text stands for the exact value, not for its rounding.
+    struct BoxValue {
+        double value = 0;
+        QString text;
+    };
+    BoxValue& boxValue(const QLineEdit* box);
+    void fillBox(QLineEdit* box, double value);
+    // The box's number; false for text that is not a complete number.
+    bool readBox(QLineEdit* box, double& value);
+    void drawScopeChart();
+
+    // Runs a step of the page so that a run-time error in it leaves the
+    // page and the wizard data as they were before (the error goes on to
+    // the handler, which reports it).
+    struct Snapshot;
+    Snapshot capture() const;
+    void restore(const Snapshot& before);
+    void transaction(const std::function<void()>& step);
+
     void prepareValueRange();
     void setTickLabels(std::int16_t maxVal);
     void layOutTickLabels();
@@ -75,6 +99,7 @@ private:
     QComboBox* cmbSelAtt = nullptr;
     QLineEdit* txtMinScore = nullptr;
     QLineEdit* txtMaxScore = nullptr;
+    std::array<BoxValue, 2> boxValues_{};  // txtMinScore, txtMaxScore
     DrawSurface* picScopeChart = nullptr;
 
     QComboBox* cmbMaxVal = nullptr;

@@ -648,12 +648,16 @@ void TechniquePage::refreshPage() {
     refreshAttributeList();
     cmbAttributes->setCurrentIndex(w.SelAtt < cmbAttributes->count() ? w.SelAtt : -1);
     showSampleSizeEntry();
-    if (lblCurScore != nullptr) lblCurScore->clear();
-    if (lblCurValue != nullptr) lblCurValue->clear();
-    if (lblScoreDiff != nullptr) lblScoreDiff->clear();
+    clearReadouts();
     drawRatingChart();
     drawValueChart();
     ShowRiskAttitude(w.SelAtt);
+}
+
+void TechniquePage::clearReadouts() {
+    if (lblCurScore != nullptr) lblCurScore->clear();
+    if (lblCurValue != nullptr) lblCurValue->clear();
+    if (lblScoreDiff != nullptr) lblScoreDiff->clear();
 }
 
 void TechniquePage::onAttributeChosen(int listIndex) {
@@ -679,6 +683,8 @@ void TechniquePage::onSampleSizeChosen(int listIndex) {
     w.SmpSize(att) = Variant(newSize);
     resetMarkPictures(1);
     UpdateSamplePoints(att, newSize, oldSize_);
+    // The read-outs belonged to a point of the old layout.
+    clearReadouts();
     drawRatingChart();
     drawValueChart();
 }
@@ -701,7 +707,7 @@ void TechniquePage::onLinear() {
 
 void TechniquePage::onRestore() {
     WizardData& w = wizardData();
-    const std::int16_t att = w.SelAtt;
+    std::int16_t att = w.SelAtt;
     w.VFunType(att) = w.InVFunType(att);
     w.VFTechniqueID(att) = w.InVFTechniqueID(att);
     w.SmpSize(att) = w.InSmpSize(att);
@@ -709,6 +715,9 @@ void TechniquePage::onRestore() {
         w.SmpX(att, k) = w.InSmpX(att, k);
         w.SmpY(att, k) = w.InSmpY(att, k);
     }
+    // The host's points lie on the host's range; a widened range keeps its
+    // ends on the first and the last point.
+    FitSamplePointsToRange(att);
     w.AttVFDone(att) = Variant(false);
     resetMarkPictures(0);
     refreshPage();

@@ -185,6 +185,8 @@ protected:
     void drawValueChart();
     void refreshAttributeList();
     void showSampleSizeEntry();
+    // Empties lblCurScore, lblCurValue and lblScoreDiff.
+    void clearReadouts();
     // Every visible mark gets picture 1, mark index picture 2.
     void selectMark(int index);
     // Marks from..10 get picture 1.

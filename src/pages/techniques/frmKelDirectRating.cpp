@@ -133,21 +133,24 @@ void frmKelDirectRating::DrawRatingChart(std::int16_t& att, Variant& scoreMinimu
 
 void frmKelDirectRating::MovePoint(int index, double x) {
     WizardData& w = wizardData();
-    const std::int16_t att = w.SelAtt;
+    std::int16_t att = w.SelAtt;
+    const bool falling = fallingPreference(att);
     const double lower = markLeft(index - 1) + markWidth(index - 1);
     const double upper = markLeft(index + 1) - markWidth(index);
-    if (x < lower) {
-        w.SmpY(att, index) = Variant(w.SmpY(att, index - 1).toDouble() + 0.025);
+    if (x < lower || x > upper) {
+        // Dragged across a neighbour: the point takes the neighbour's value
+        // a step towards its own side, and its mark goes where that value
+        // lies on the scale, so that mark and value never disagree.
+        std::int16_t point = static_cast<std::int16_t>(index);
+        std::int16_t neighbour = static_cast<std::int16_t>(x < lower ? index - 1 : index + 1);
+        const double value = SetValueBesideNeighbour(att, point, neighbour);
+        placeMarkCentre(index, positionOf(value, falling), kMarkTop);
         return;
     }
-    if (x > upper) {
-        w.SmpY(att, index) = Variant(w.SmpY(att, index + 1).toDouble() - 0.025);
-        return;
-    }
-    placeMarkCentre(index, x, kMarkTop);
     if (x < 2.0) x = 2.0;
     if (x > 100.0) x = 100.0;
-    w.SmpY(att, index) = Variant(fallingPreference(att) ? (100.0 - x) / 100.0 : x / 100.0);
+    placeMarkCentre(index, x, kMarkTop);
+    w.SmpY(att, index) = Variant(falling ? (100.0 - x) / 100.0 : x / 100.0);
 }
 
 void frmKelDirectRating::ShowPointLabels(int index) {

@@ -25,8 +25,6 @@ TEST_F(RangePanel, ScoreChecksRefuseNarrowingAndResetTheBox) {
         {"equal minimum", 0, false, "10", Commit::Enter, nullptr, "10", 10},
         {"wider minimum", 2, false, "-2.5", Commit::Enter, nullptr, "-2.5", -2.5},
         {"equal maximum", 2, true, "7.5", Commit::Enter, nullptr, "7.5", 7.5},
-        {"no number reads as 0 and widens", 0, false, "abc", Commit::Enter, nullptr, "abc", 0},
-        {"no number reads as 0 and narrows", 0, true, "", Commit::Enter, "50", "50", 50},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -120,17 +118,39 @@ TEST_F(SettingsStep, NewArraysStartFromTheHostsInEverySession) {
     EXPECT_EQ(w.AttPropertyCopy(2).toDouble(), 1.0);
     EXPECT_EQ(w.ScoreMaximumCopy(1).toDouble(), 5.0);
 
-    // A function built in one session gives way when the host opens the
-    // wizard anew with its own.
+    // A function built in one session stays with its points when the wizard
+    // opens again without new functions from the host: only the ranges and
+    // the flags start again.
     w.VFunType(0) = std::int16_t(1);
     w.VFunParA(0) = QStringLiteral("0.5");
+    w.SmpY(0, 1) = 0.6;
+    w.AttVFDone(0) = true;
+    w.ScoreMinimum(0) = 5.0;
     page->close();
     w.InVFunParA.redim(0, 2);
     w.InVFunParA(0) = QStringLiteral("0.25");
     openPage();
+    EXPECT_FALSE(w.AttVFDone(0).toBoolean());
+    EXPECT_EQ(w.ScoreMinimum(0).toDouble(), 10.0);
     click("cmdNext");
-    EXPECT_EQ(w.VFunType(0).toDouble(), 0.0);
-    EXPECT_EQ(w.VFunParA(0).toString(), "0.25");
+    EXPECT_EQ(w.VFunType(0).toDouble(), 1.0);
+    EXPECT_EQ(w.VFunParA(0).toString(), "0.5");
+    EXPECT_EQ(w.SmpY(0, 1).toDouble(), 0.6);
+}
+
+TEST_F(SettingsStep, PointsFollowTheRangeWheneverItIsConfirmedOrSetBack) {
+    WizardData& w = wizardData();
+    typeText(minBox(), "0");
+    pressEnter(minBox());
+    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 0.0) << "at once, not only on Next";
+    EXPECT_EQ(w.SmpX(0, 4).toDouble(), 50.0);
+    // A new session without new functions from the host sets the range back,
+    // and the points with it.
+    page->close();
+    openPage();
+    EXPECT_EQ(w.ScoreMinimum(0).toDouble(), 10.0);
+    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 10.0);
+    for (int k = 1; k < 5; ++k) EXPECT_GT(w.SmpX(0, k).toDouble(), w.SmpX(0, k - 1).toDouble()) << k;
 }
 
 TEST_F(SettingsStep, SamplePointsKeepToAChangedRange) {

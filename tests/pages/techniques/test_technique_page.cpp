@@ -44,23 +44,18 @@ TEST_F(DirectRatingTest, OnlyALeftDragMovesAMarkAtAnyChartSize) {
 
 TEST_F(DirectRatingTest, MovesAreLimitedByTheNeighboursAndTheScale) {
     open();
-    page->MovePoint(2, 10.0);  // past point 1 at 25: its value and a step
-    EXPECT_DOUBLE_EQ(value(0, 2), 0.25 + 0.025);
-    EXPECT_NEAR(centreOf(2), 50.0, 1e-9) << "the mark stays";
-    page->MovePoint(2, 90.0);  // past point 3 at 75
-    EXPECT_DOUBLE_EQ(value(0, 2), 0.75 - 0.025);
 
-    // A drop at 1 counts as 2 on the scale; one beyond 100 as 100, when the
-    // right neighbour lies further out.
+    // A drop at 1 counts as 2 on the scale, and the mark shows it there; one
+    // beyond 100 as 100, when the right neighbour lies further out.
     ASSERT_LT(chart()->childLeft(mark(0)) + chart()->childWidth(mark(0)), 1.0);
     drag(1, 1.0);
     EXPECT_DOUBLE_EQ(value(0, 1), 0.02);
+    EXPECT_NEAR(centreOf(1), 2.0, 1e-9);
     chart()->placeChild(mark(4), 110.0, 84.0);
     page->MovePoint(3, 101.0);
     EXPECT_DOUBLE_EQ(value(0, 3), 1.0);
 
-    // The end marks stay where they are; a drag that only crosses leaves the
-    // function type alone.
+    // The end marks stay where they are.
     fillProblem();
     open();
     drag(0, 30.0);
@@ -70,10 +65,44 @@ TEST_F(DirectRatingTest, MovesAreLimitedByTheNeighboursAndTheScale) {
     EXPECT_DOUBLE_EQ(value(0, 0), 0.0);
     EXPECT_DOUBLE_EQ(value(0, 4), 1.0);
     EXPECT_NEAR(centreOf(4), 100.0, 1e-9);
-    drag(2, 5.0);
-    EXPECT_DOUBLE_EQ(value(0, 2), 0.275);
     EXPECT_EQ(funType(), 0);
     EXPECT_FALSE(done());
+}
+
+TEST_F(DirectRatingTest, ADragAcrossANeighbourStepsTowardsThePointsOwnSideAndCounts) {
+    // Attribute 0 rises with the score (marks at 0, 25, 50, 75, 100 for the
+    // values 0 .. 1), attribute 1 falls (the same marks for the values 1 .. 0).
+    const struct { const char* what; int att, point; double target, value; } cases[] = {
+        {"benefit, past the left neighbour", 0, 2, 10, 0.275},
+        {"benefit, past the right neighbour", 0, 2, 90, 0.725},
+        {"benefit, past the last mark", 0, 3, 110, 0.975},
+        {"cost, past the left neighbour", 1, 2, 10, 0.725},
+        {"cost, past the right neighbour", 1, 2, 90, 0.275},
+        {"cost, past the last mark", 1, 3, 110, 0.025},
+        {"cost, past the first mark", 1, 1, -10, 0.975},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        fillProblem();
+        wizardData().SelAtt = static_cast<std::int16_t>(c.att);
+        open();
+        drag(c.point, c.target);
+        WizardData& w = wizardData();
+        EXPECT_DOUBLE_EQ(value(c.att, c.point), c.value);
+        const double position = c.att == 1 ? 100.0 - 100.0 * c.value : 100.0 * c.value;
+        EXPECT_NEAR(centreOf(c.point), position, 1e-9) << "the mark shows the value";
+        for (int k = 1; k < 5; ++k) {
+            EXPECT_GT(centreOf(k), centreOf(k - 1)) << k;
+            if (c.att == 1) {
+                EXPECT_LT(value(c.att, k), value(c.att, k - 1)) << k;
+            } else {
+                EXPECT_GT(value(c.att, k), value(c.att, k - 1)) << k;
+            }
+        }
+        EXPECT_EQ(w.VFunType(c.att).toInteger(), 1) << "the release is an edit";
+        EXPECT_TRUE(w.AttVFDone(c.att).toBoolean());
+        EXPECT_EQ(w.SelPoint, c.point);
+    }
 }
 
 TEST_F(DirectRatingTest, LabelsFollowTheValueRange) {
@@ -124,6 +153,7 @@ TEST_F(DirectRatingTest, ChoosingASampleSize) {
     // Another resamples keeping the shape: the curve still passes 0.40 at 50.
     choose("cmbSmpSize", 2);
     EXPECT_EQ(wizardData().SmpSize(0).toInteger(), 9);
+    EXPECT_EQ(text("lblCurScore") + text("lblCurValue"), "") << "the old point's read-outs go";
     EXPECT_EQ(mark(2)->picture(), 1) << "marks 1 to 10 return to the normal picture";
     for (int i = 0; i < 11; ++i) EXPECT_EQ(mark(i)->isHidden(), i >= 9) << i;
     EXPECT_DOUBLE_EQ(wizardData().SmpX(0, 4).toDouble(), 50.0);
@@ -160,6 +190,34 @@ TEST_F(DirectRatingTest, LinearMakesTheFunctionStraightAndDoneRestoreTakesTheHos
     EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(0), "Price");
     EXPECT_NEAR(centreOf(1), 40.0, 1e-6);
     EXPECT_TRUE(mark(5)->isHidden());
+}
+
+TEST_F(DirectRatingTest, RestoreKeepsTheEndsOnAWidenedRange) {
+    // The host's points lie on 0 .. 100; the range was widened to -20 .. 140.
+    const struct { const char* what; int hostType; Variant hostSize; std::vector<double> scores; } cases[] = {
+        {"linear", 0, Variant(std::int16_t(5)), {-20, 20, 60, 100, 140}},
+        {"curve", 1, Variant(std::int16_t(5)), {-20, 25, 50, 75, 140}},
+        {"no function", 0, Variant(), {-20, 20, 60, 100, 140}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        fillProblem();
+        WizardData& w = wizardData();
+        w.InVFunType(0) = std::int16_t(c.hostType);
+        w.InSmpSize(0) = c.hostSize;
+        w.InSmpY(0, 1) = 0.4;
+        w.ScoreMinimum(0) = -20.0;
+        w.ScoreMaximum(0) = 140.0;
+        open();
+        click("cmdRestore");
+        ASSERT_EQ(w.SmpSize(0).toInteger(), 5);
+        for (int k = 0; k < 5; ++k) EXPECT_NEAR(w.SmpX(0, k).toDouble(), c.scores[static_cast<std::size_t>(k)], 1e-4) << k;
+        EXPECT_EQ(w.SmpX(0, 0).toDouble(), -20.0);
+        EXPECT_EQ(w.SmpX(0, 4).toDouble(), 140.0);
+        EXPECT_EQ(value(0, 0), 0.0);
+        EXPECT_EQ(value(0, 4), 1.0);
+        EXPECT_FALSE(done());
+    }
 }
 
 TEST_F(DirectRatingTest, BackKeepsThePointsCancelExportsNothingFinishExportsEveryAttribute) {

@@ -1,0 +1,166 @@
+#include "MonkeyHost.h"
+
+#include <cmath>
+
+namespace kelmar::monkey {
+
+namespace {
+
+struct AttributeRow {
+    const char* name;
+    bool cost;
+    double low, high;
+    std::int16_t type;
+    std::vector<double> x, y;
+};
+
+// Cost attributes fall from 1 to 0, benefit ones rise.
+const AttributeRow kAttributes[] = {
+    {"Rent", true, 20000, 40000, 1, {20000, 24000, 29000, 35000, 40000}, {1, 0.85, 0.6, 0.3, 0}},
+    {"Space", false, 40, 120, 0, {40, 60, 80, 100, 120}, {0, 0.25, 0.5, 0.75, 1}},
+    {"Distance", true, 0.5, 12, 1, {0.5, 1, 2, 4, 6, 9, 12}, {1, 0.9, 0.75, 0.5, 0.3, 0.1, 0}},
+    {"Light", false, 0.125, 0.875, 1, {0.125, 0.5, 0.875}, {0, 0.7, 1}},
+    {"Noise", true, 30, 75, 0, {30, 41.25, 52.5, 63.75, 75}, {1, 0.75, 0.5, 0.25, 0}},
+};
+constexpr int kAlternatives = 6;
+
+// The rule and the attribute's function as it stands.
+QString describe(int att, const char* rule) {
+    const WizardData& w = wizardData();
+    QString points;
+    try {
+        const int n = w.SmpSize(att).toInteger();
+        for (int k = 0; k < n && k <= 10; ++k)
+            points += QStringLiteral(" (%1, %2)")
+                          .arg(w.SmpX(att, k).toDouble(), 0, 'g', 10)
+                          .arg(w.SmpY(att, k).toDouble(), 0, 'g', 10);
+        points = QStringLiteral("; range %1 .. %2, type %3, points")
+                     .arg(w.ScoreMinimum(att).toDouble(), 0, 'g', 10)
+                     .arg(w.ScoreMaximum(att).toDouble(), 0, 'g', 10)
+                     .arg(w.VFunType(att).toString()) +
+                 points;
+    } catch (const RuntimeError&) {
+    }
+    return QStringLiteral("attribute %1: %2%3").arg(att).arg(QString::fromLatin1(rule), points);
+}
+
+}  // namespace
+
+Problem sampleProblem() {
+    Problem p;
+    p.attNum = static_cast<std::int16_t>(std::size(kAttributes));
+    p.altNum = kAlternatives;
+    const int lastAtt = p.attNum - 1;
+    for (VariantArray* a : {&p.altPScore, &p.attVData}) a->redim(0, kAlternatives - 1, 0, lastAtt);
+    for (VariantArray* a : {&p.attName, &p.attDefinition, &p.attProperty, &p.scoreMinimum,
+                            &p.scoreMiddle, &p.scoreMaximum, &p.techniqueId, &p.smpSize, &p.parA,
+                            &p.parB, &p.parC, &p.parD, &p.funType})
+        a->redim(0, lastAtt);
+    for (VariantArray* a : {&p.smpX, &p.smpY}) a->redim(0, lastAtt, 0, 10);
+    for (int att = 0; att <= lastAtt; ++att) {
+        const AttributeRow& r = kAttributes[att];
+        p.attName(att) = r.name;
+        p.attDefinition(att) = QStringLiteral("How the flat does on %1.").arg(r.name);
+        p.attProperty(att) = std::int16_t(r.cost ? 1 : 0);
+        p.scoreMinimum(att) = r.low;
+        p.scoreMaximum(att) = r.high;
+        p.scoreMiddle(att) = (r.low + r.high) / 2.0;
+        p.techniqueId(att) = std::int16_t(kDirectRating);
+        p.smpSize(att) = static_cast<std::int16_t>(r.x.size());
+        p.funType(att) = r.type;
+        for (std::size_t k = 0; k < r.x.size(); ++k) {
+            p.smpX(att, static_cast<int>(k)) = r.x[k];
+            p.smpY(att, static_cast<int>(k)) = r.y[k];
+        }
+        // The alternatives lie at both ends and inside the range.
+        for (int alt = 0; alt < kAlternatives; ++alt)
+            p.altPScore(alt, att) = r.low + (r.high - r.low) * alt / (kAlternatives - 1.0);
+    }
+    return p;
+}
+
+void transfer(KelmarDll& dll, Problem& p) {
+    Variant dir(QStringLiteral("/nonexistent"));
+    dll.TransferData(dir, 1, p.altNum, p.attNum, p.altPScore, p.attVData, p.attName,
+                     p.attDefinition, p.attProperty);
+    dll.TransferVFunData(p.scoreMinimum, p.scoreMiddle, p.scoreMaximum, p.maxVal, p.techniqueId,
+                         p.smpSize, p.smpX, p.smpY, p.parA, p.parB, p.parC, p.parD, p.funType);
+}
+
+QString brokenRule() {
+    const WizardData& w = wizardData();
+    // Before the settings page first loads there is no working range yet.
+    if (!w.ScoreMinimum.isAllocated() || !w.ScoreMaximum.isAllocated()) return {};
+    try {
+        for (int att = 0; att < w.AttNum; ++att) {
+            const double low = w.ScoreMinimum(att).toDouble();
+            const double high = w.ScoreMaximum(att).toDouble();
+            if (low > w.InScoreMinimum(att).toDouble() || high < w.InScoreMaximum(att).toDouble())
+                return describe(att, "the host's range was narrowed");
+            const int n = w.SmpSize(att).toInteger();
+            if (n < 2 || n > 11) return describe(att, "no usable sample size");
+            if (w.SmpX(att, 0).toDouble() != low) return describe(att, "point 0 is off the minimum");
+            if (w.SmpX(att, n - 1).toDouble() != high)
+                return describe(att, "the last point is off the maximum");
+            // The category page keeps its orientation in slot 10.
+            const bool slot10 = w.VFTechniqueID(att).toInteger() == kCategoryIdentification;
+            for (int k = 0; k < n; ++k) {
+                if (k > 0 && !(w.SmpX(att, k).toDouble() > w.SmpX(att, k - 1).toDouble()))
+                    return describe(att, "scores not strictly increasing");
+                const double y = w.SmpY(att, k).toDouble();
+                if (!(k == 10 && slot10) && !(y >= 0.0 && y <= 1.0))
+                    return describe(att, "a value outside 0 .. 1");
+            }
+        }
+    } catch (const RuntimeError& e) {
+        return QStringLiteral("the wizard data cannot be read: ") + e.description();
+    }
+    return {};
+}
+
+QString badExport(const VariantArray& attVData, std::int16_t maxVal) {
+    for (int alt = attVData.lbound(1); alt <= attVData.ubound(1); ++alt) {
+        for (int att = attVData.lbound(2); att <= attVData.ubound(2); ++att) {
+            const double v = attVData(alt, att).toDouble();
+            if (!(v >= 0.0 && v <= maxVal))
+                return QStringLiteral("alternative %1 on attribute %2 exported %3 with MaxVal %4")
+                    .arg(alt)
+                    .arg(att)
+                    .arg(v, 0, 'g', 17)
+                    .arg(maxVal);
+        }
+    }
+    return {};
+}
+
+void MonkeyHost::UnloadKelmar() {
+    ++unloads;
+    if (onUnloadKelmar) onUnloadKelmar();
+}
+
+void MonkeyHost::ExportResults(VariantArray& AttVData, VariantArray& ScoreMinimum,
+                               VariantArray& ScoreMiddle, VariantArray& ScoreMaximum,
+                               std::int16_t MaxVal, Variant& VFTechniqueID, VariantArray& SmpSize,
+                               VariantArray& SmpX, VariantArray& SmpY, VariantArray& VFunParA,
+                               VariantArray& VFunParB, VariantArray& VFunParC,
+                               VariantArray& VFunParD, VariantArray& VFunType) {
+    ++exports;
+    const QString fault = badExport(AttVData, MaxVal);
+    if (!fault.isEmpty()) faults << fault;
+    // A host keeps what it received and offers it again next time.
+    problem_.scoreMinimum = ScoreMinimum;
+    problem_.scoreMiddle = ScoreMiddle;
+    problem_.scoreMaximum = ScoreMaximum;
+    problem_.maxVal = MaxVal;
+    if (VFTechniqueID.isArray()) problem_.techniqueId = VFTechniqueID.toArray();
+    problem_.smpSize = SmpSize;
+    problem_.smpX = SmpX;
+    problem_.smpY = SmpY;
+    problem_.parA = VFunParA;
+    problem_.parB = VFunParB;
+    problem_.parC = VFunParC;
+    problem_.parD = VFunParD;
+    problem_.funType = VFunType;
+}
+
+}  // namespace kelmar::monkey
