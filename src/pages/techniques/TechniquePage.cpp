@@ -16,6 +16,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QShowEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -641,6 +642,13 @@ void TechniquePage::onLoad() {
     }
     refreshPage();
     raiseSendMasseges(QStringLiteral("Specify single-attribute value functions."));
+}
+
+void TechniquePage::showEvent(QShowEvent* event) {
+    KelPage::showEvent(event);
+    if (event->spontaneous() || !isLoaded()) return;
+    if (shownBefore_) handle([this] { refreshPage(); });
+    shownBefore_ = true;
 }
 
 void TechniquePage::refreshPage() {

@@ -169,6 +169,11 @@ protected:
 
     // --- Common handlers (pages may extend them) -------------------------
     void onLoad() override;
+    // A page kept loaded while the wizard was closed and opened again (the
+    // component keeps some pages on UnloadKelmar) is shown again without a
+    // new load; it redraws from the wizard data, which the new session may
+    // have changed under it.
+    void showEvent(QShowEvent* event) override;
     virtual void onAttributeChosen(int listIndex);
     virtual void onSampleSizeChosen(int listIndex);
     virtual void onLinear();
@@ -258,6 +263,7 @@ private:
     std::array<double, kMarkCount> markMiddle_{};
     std::array<bool, kMarkCount> placedByMiddle_{};
     QBoxLayout* upperLayout_ = nullptr;
+    bool shownBefore_ = false;
 };
 
 }  // namespace kelmar
