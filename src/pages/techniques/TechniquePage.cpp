@@ -3,6 +3,7 @@
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
 #include "model/Arith.h"
+#include "model/Format.h"
 #include "pages/common/Ui.h"
 
 #include <kelmar/mdKelMain.h>
@@ -20,6 +21,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kelmar {
@@ -642,6 +644,22 @@ void TechniquePage::onLoad() {
     }
     refreshPage();
     raiseSendMasseges(QStringLiteral("Specify single-attribute value functions."));
+}
+
+void TechniquePage::placeMarksAtScores(double top) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const std::int16_t n = sampleSize();
+    const double low = w.ScoreMinimum(att).toDouble();
+    const double high = w.ScoreMaximum(att).toDouble();
+    for (int i = 0; i < n; ++i) {
+        if (i >= kMarkCount) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+        const double score = w.SmpX(att, i).toDouble();
+        picScorePoint[static_cast<std::size_t>(i)]->setToolTip(
+            fmt::formatNumber(score, QStringLiteral("0.00")));
+        placeMarkCentre(i, high == low ? 0.0 : (score - low) * 100.0 / (high - low), top);
+    }
+    hideMarksFrom(std::max<int>(n, 0));
 }
 
 void TechniquePage::showEvent(QShowEvent* event) {

@@ -204,6 +204,11 @@ protected:
     void placeMarkMiddle(int index, double x, double y);
     double markMiddle(int index) const;  // the vertical centre so placed
     void hideMarksFrom(int from);
+    // Places the marks of the current attribute's points at their scores on
+    // a 0 .. 100 score bar (the score minimum at 0, the maximum at 100; an
+    // empty range puts every mark at 0) with their tops at top, each with its
+    // score "0.00" as tool tip, and hides the rest.
+    void placeMarksAtScores(double top);
     double markLeft(int index) const;
     double markWidth(int index) const;  // chart units
     // Size of one chart unit in pixels (the scale factor f).

@@ -80,16 +80,7 @@ void frmKelVarP::drawRatingChart() {
         ResampleByScore(att, newSize, oldSize_);
     }
 
-    const double low = w.ScoreMinimum(att).toDouble();
-    const double high = w.ScoreMaximum(att).toDouble();
-    for (int i = 0; i < n; ++i) {
-        if (i >= kMarkCount) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
-        const double score = w.SmpX(att, i).toDouble();
-        picScorePoint[static_cast<std::size_t>(i)]->setToolTip(
-            fmt::formatNumber(score, QStringLiteral("0.00")));
-        placeMarkCentre(i, lottery::ScorePosition(score, low, high), lottery::kMarkTop);
-    }
-    hideMarksFrom(std::max<int>(n, 0));
+    placeMarksAtScores(lottery::kMarkTop);
     selectMark(JudgedPoint);
     SetProbabilityRange(JudgedPoint);
 }
