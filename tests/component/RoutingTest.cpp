@@ -2,10 +2,7 @@
 // the host safe from errors and from pages released inside their handlers.
 #include "ComponentFixture.h"
 
-#include <QDesktopServices>
-#include <QFile>
 #include <QPushButton>
-#include <QTemporaryDir>
 
 #include <stdexcept>
 
@@ -168,10 +165,9 @@ TEST_F(RoutingTest, ErrorsInAHandlerAreReportedAndEndTheHandler) {
     EXPECT_TRUE(messages[1].contains(QStringLiteral("host failed")));
 }
 
-// Help goes to the installed handler; by default an existing file (the
-// host's directory joined with a backslash is read as a Unix path) goes to
-// the desktop and a missing one is passed over.
-TEST_F(RoutingTest, HelpGoesToTheInstalledHandlerOrOpensAnExistingFile) {
+// Help goes to the installed handler, the host's directory joined with a
+// backslash.
+TEST_F(RoutingTest, HelpGoesToTheInstalledHandler) {
     wizardData().QUARNDir = QStringLiteral("/opt/quarn");
     QString file;
     int context = 0;
@@ -179,20 +175,6 @@ TEST_F(RoutingTest, HelpGoesToTheInstalledHandlerOrOpensAnExistingFile) {
     openHelp(nullptr);
     EXPECT_EQ(file, QStringLiteral("/opt/quarn\\QUARN.HLP"));
     EXPECT_EQ(context, 4005020);
-
-    KelmarDll::setHelpHandler({});
-    UrlRecorder desktop;
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), &desktop, "open");
-    QTemporaryDir dir;
-    QFile help(dir.filePath(QStringLiteral("QUARN.HLP")));
-    ASSERT_TRUE(help.open(QIODevice::WriteOnly));
-    help.close();
-    for (const QString& d : {dir.path(), dir.filePath(QStringLiteral("missing"))}) {
-        wizardData().QUARNDir = d;
-        openHelp(nullptr);
-    }
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
-    EXPECT_EQ(desktop.urls, QList<QUrl>{QUrl::fromLocalFile(help.fileName())});
 }
 
 }  // namespace
