@@ -1,4 +1,4 @@
-// The value function chart: the curve it samples, its title and value labels.
+// The value function chart: the curve it samples.
 #include "../model/ModelFixture.h"
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
@@ -35,9 +35,6 @@ protected:
                      keep);
         return out;
     }
-    std::vector<DrawPrimitive> texts() const {
-        return only([](const DrawPrimitive& p) { return p.kind == Kind::Text; });
-    }
 
     DrawSurface pic;
 };
@@ -68,35 +65,6 @@ TEST_F(ValueFunctionChart, DrawsTheCurveAsOnePolylineCutToTheBox) {
             EXPECT_NEAR(drawn.y(), std::clamp(v, 0.0, 100.0), 1e-9) << k;
         }
         EXPECT_EQ(cut > 0, c.overshoots);
-    }
-}
-
-TEST_F(ValueFunctionChart, TitleAndValueAxisLabels) {
-    w().AttName(0) = QStringLiteral("   Annual cost  ");
-    const struct { I16 maxVal; std::vector<QString> labels; } cases[] = {
-        {1, {"0.00", "0.25", "0.50", "0.75", "1.00"}},
-        {100, {"0.00", "25.00", "50.00", "75.00", "100.00"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.maxVal);
-        draw(0, {0, 10}, {0, 1}, c.maxVal);
-        const std::vector<DrawPrimitive> t = texts();
-        ASSERT_FALSE(t.empty());
-        EXPECT_EQ(t.front().text, QStringLiteral("Value Function Curve on Annual cost"));
-        EXPECT_TRUE(t.front().bold);
-        // The labels left of the value axis, from the bottom up, inside the
-        // picture; the caption above them.
-        std::vector<QString> labels;
-        for (const DrawPrimitive& p : t) {
-            if (p.p1.x() >= 0 || p.p1.y() <= 0) continue;
-            labels.push_back(p.text);
-            EXPECT_GE(p.p1.x(), pic.scaleLeft()) << p.text.toStdString();
-            EXPECT_LE(p.p1.x() + pic.textWidth(p.text), 0.0) << p.text.toStdString();
-        }
-        ASSERT_FALSE(labels.empty());
-        EXPECT_EQ(labels.back(), QStringLiteral("V(s)"));
-        labels.pop_back();
-        EXPECT_EQ(labels, c.labels);
     }
 }
 
