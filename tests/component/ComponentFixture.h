@@ -88,6 +88,7 @@ protected:
     RecordingHost host;
     KelmarDll dll;
     std::vector<QPointer<QDialog>> modalShows;
+    std::vector<bool> loadedWhenShown;  // one entry per modal show
     QStringList messages;  // "title: text" of each message box
 
 private:
