@@ -9,37 +9,7 @@
 namespace kelmar::test {
 namespace {
 
-using Kind = DrawPrimitive::Kind;
-
-class ValueFunctionChart : public ModelTest {
-protected:
-    void SetUp() override {
-        reset(2, 1);
-        pic.setDesignSize({520, 320});
-        pic.resize(520, 320);
-    }
-
-    // Draws attribute att's chart from its points; the range is their
-    // first and last score.
-    void draw(int att, const std::vector<double>& xs, const std::vector<double>& ys,
-              I16 maxVal = 1) {
-        setRange(att, xs.front(), xs.back());
-        setCurve(att, xs, ys, kDirectRating);
-        I16 a = static_cast<I16>(att);
-        DrawVFChart(pic, a, maxVal);
-    }
-
-    std::vector<DrawPrimitive> only(bool (*keep)(const DrawPrimitive&)) const {
-        std::vector<DrawPrimitive> out;
-        std::copy_if(pic.primitives().begin(), pic.primitives().end(), std::back_inserter(out),
-                     keep);
-        return out;
-    }
-
-    DrawSurface pic;
-};
-
-TEST_F(ValueFunctionChart, DrawsTheCurveAsOnePolylineCutToTheBox) {
+TEST_F(ModelTest, TheValueFunctionChartDrawsTheCurveAsOnePolylineCutToTheBox) {
     const struct { std::vector<double> x, y; bool overshoots; } cases[] = {
         {{10, 20, 30, 40, 50}, {0, 0.25, 0.5, 0.75, 1}, false},
         // Rising steeply to a plateau and falling back again bulges beyond
@@ -48,9 +18,16 @@ TEST_F(ValueFunctionChart, DrawsTheCurveAsOnePolylineCutToTheBox) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.x.size());
-        draw(1, c.x, c.y);
-        const auto segments =
-            only([](const DrawPrimitive& p) { return p.kind == Kind::Line && p.width == 2; });
+        DrawSurface pic;
+        pic.setDesignSize({520, 320});
+        pic.resize(520, 320);
+        setRange(1, c.x.front(), c.x.back());
+        setCurve(1, c.x, c.y, kDirectRating);
+        I16 att = 1, maxVal = 1;
+        DrawVFChart(pic, att, maxVal);
+        std::vector<DrawPrimitive> segments;
+        std::copy_if(pic.primitives().begin(), pic.primitives().end(), std::back_inserter(segments),
+                     [](const DrawPrimitive& p) { return p.kind == DrawPrimitive::Kind::Line && p.width == 2; });
         ASSERT_EQ(segments.size(), 32u);
         Curve unclipped(c.x, c.y);
         int cut = 0;
