@@ -1,4 +1,4 @@
-// The value function chart: the curve it samples, its title and its labels.
+// The value function chart: the curve it samples.
 #include "../model/ModelFixture.h"
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
@@ -9,40 +9,7 @@
 namespace kelmar::test {
 namespace {
 
-using Kind = DrawPrimitive::Kind;
-
-class ValueFunctionChart : public ModelTest {
-protected:
-    void SetUp() override {
-        reset(2, 1);
-        pic.setDesignSize({520, 320});
-        pic.resize(520, 320);
-    }
-
-    // Draws attribute att's chart from its points; the range is their
-    // first and last score.
-    void draw(int att, const std::vector<double>& xs, const std::vector<double>& ys,
-              I16 maxVal = 1) {
-        setRange(att, xs.front(), xs.back());
-        setCurve(att, xs, ys, kDirectRating);
-        I16 a = static_cast<I16>(att);
-        DrawVFChart(pic, a, maxVal);
-    }
-
-    std::vector<DrawPrimitive> only(bool (*keep)(const DrawPrimitive&)) const {
-        std::vector<DrawPrimitive> out;
-        std::copy_if(pic.primitives().begin(), pic.primitives().end(), std::back_inserter(out),
-                     keep);
-        return out;
-    }
-    std::vector<DrawPrimitive> texts() const {
-        return only([](const DrawPrimitive& p) { return p.kind == Kind::Text; });
-    }
-
-    DrawSurface pic;
-};
-
-TEST_F(ValueFunctionChart, DrawsTheCurveAsOnePolylineCutToTheBox) {
+TEST_F(ModelTest, TheValueFunctionChartDrawsTheCurveAsOnePolylineCutToTheBox) {
     const struct { std::vector<double> x, y; bool overshoots; } cases[] = {
         {{10, 20, 30, 40, 50}, {0, 0.25, 0.5, 0.75, 1}, false},
         // Rising steeply to a plateau and falling back again bulges beyond
@@ -51,9 +18,16 @@ TEST_F(ValueFunctionChart, DrawsTheCurveAsOnePolylineCutToTheBox) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.x.size());
-        draw(1, c.x, c.y);
-        const auto segments =
-            only([](const DrawPrimitive& p) { return p.kind == Kind::Line && p.width == 2; });
+        DrawSurface pic;
+        pic.setDesignSize({520, 320});
+        pic.resize(520, 320);
+        setRange(1, c.x.front(), c.x.back());
+        setCurve(1, c.x, c.y, kDirectRating);
+        I16 att = 1, maxVal = 1;
+        DrawVFChart(pic, att, maxVal);
+        std::vector<DrawPrimitive> segments;
+        std::copy_if(pic.primitives().begin(), pic.primitives().end(), std::back_inserter(segments),
+                     [](const DrawPrimitive& p) { return p.kind == DrawPrimitive::Kind::Line && p.width == 2; });
         ASSERT_EQ(segments.size(), 32u);
         Curve unclipped(c.x, c.y);
         int cut = 0;
@@ -68,74 +42,6 @@ TEST_F(ValueFunctionChart, DrawsTheCurveAsOnePolylineCutToTheBox) {
             EXPECT_NEAR(drawn.y(), std::clamp(v, 0.0, 100.0), 1e-9) << k;
         }
         EXPECT_EQ(cut > 0, c.overshoots);
-    }
-}
-
-TEST_F(ValueFunctionChart, TitleValueAxisGridAndTheClosingBox) {
-    w().AttName(0) = QStringLiteral("   Annual cost  ");
-    const struct { I16 maxVal; std::vector<QString> labels; } cases[] = {
-        {1, {"0.00", "0.25", "0.50", "0.75", "1.00"}},
-        {100, {"0.00", "25.00", "50.00", "75.00", "100.00"}},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.maxVal);
-        draw(0, {0, 10}, {0, 1}, c.maxVal);
-        const std::vector<DrawPrimitive> t = texts();
-        ASSERT_FALSE(t.empty());
-        EXPECT_EQ(t.front().text, QStringLiteral("Value Function Curve on Annual cost"));
-        EXPECT_TRUE(t.front().bold);
-        // The labels left of the value axis, from the bottom up, inside the
-        // picture; the caption above them.
-        std::vector<QString> labels;
-        for (const DrawPrimitive& p : t) {
-            if (p.p1.x() >= 0 || p.p1.y() <= 0) continue;
-            labels.push_back(p.text);
-            EXPECT_GE(p.p1.x(), pic.scaleLeft()) << p.text.toStdString();
-            EXPECT_LE(p.p1.x() + pic.textWidth(p.text), 0.0) << p.text.toStdString();
-        }
-        ASSERT_FALSE(labels.empty());
-        EXPECT_EQ(labels.back(), QStringLiteral("V(s)"));
-        labels.pop_back();
-        EXPECT_EQ(labels, c.labels);
-
-        // A grid line at every score tick and every value tick, then the
-        // box in black over it.
-        int vertical = 0, horizontal = 0, boxAfterGrid = 0;
-        for (const DrawPrimitive& p : pic.primitives()) {
-            if (p.kind != Kind::Line) continue;
-            if (p.color == ole::ButtonFace) {
-                vertical += p.p1.x() == p.p2.x();
-                horizontal += p.p1.y() == p.p2.y();
-                boxAfterGrid = 0;
-            }
-            boxAfterGrid += p.color == ole::Black && p.width == 1 &&
-                            QLineF(p.p1, p.p2).length() == 100;
-        }
-        EXPECT_EQ(vertical, 33);
-        EXPECT_EQ(horizontal, 5);
-        EXPECT_EQ(boxAfterGrid, 4);
-    }
-}
-
-TEST_F(ValueFunctionChart, ScoreLabelsAreTrimmedAndNeverRepeat) {
-    const struct { double low, high; const char* first; const char* last; const char* inner; } cases[] = {
-        {0, 3200, "0", "3,200", "1,600"},  // whole ticks lose the point
-        {0.001, 0.004, "0.001", "0.004", "0.004"},  // three decimals would repeat
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.last);
-        draw(0, {c.low, c.high}, {0, 1});
-        std::vector<QString> labels;  // those hanging below the score axis
-        for (const DrawPrimitive& p : texts())
-            if (p.p1.y() < 0) labels.push_back(p.text);
-        ASSERT_GE(labels.size(), 2u);
-        EXPECT_EQ(labels.front(), QString::fromLatin1(c.first));
-        EXPECT_EQ(labels.back(), QString::fromLatin1(c.last));
-        EXPECT_NE(std::find(labels.begin(), labels.end(), QString::fromLatin1(c.inner)), labels.end());
-        for (std::size_t i = 0; i < labels.size(); ++i) {
-            EXPECT_FALSE(labels[i].endsWith(QLatin1Char('.'))) << labels[i].toStdString();
-            EXPECT_TRUE(i == 0 || labels[i] != labels[i - 1]) << labels[i].toStdString();
-        }
     }
 }
 

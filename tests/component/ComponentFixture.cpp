@@ -30,6 +30,8 @@ void ComponentTest::SetUp() {
     }
     setModalRunner([this](QDialog& page) {
         modalShows.emplace_back(&page);
+        const auto* kel = dynamic_cast<KelPage*>(&page);
+        loadedWhenShown.push_back(kel && kel->isLoaded());
         page.show();
     });
     setMessageBoxHook([this](QMessageBox& box) {

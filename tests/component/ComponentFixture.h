@@ -13,7 +13,6 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QPointer>
-#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -46,15 +45,6 @@ protected:
         ++loads;
         if (pageId() == failingLoad) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
     }
-};
-
-// Receives the URLs that the desktop would be asked to open.
-class UrlRecorder : public QObject {
-    Q_OBJECT
-public:
-    QList<QUrl> urls;
-public slots:
-    void open(const QUrl& url) { urls << url; }
 };
 
 class RecordingHost : public KelmarEvents {
@@ -98,6 +88,7 @@ protected:
     RecordingHost host;
     KelmarDll dll;
     std::vector<QPointer<QDialog>> modalShows;
+    std::vector<bool> loadedWhenShown;  // one entry per modal show
     QStringList messages;  // "title: text" of each message box
 
 private:

@@ -2,10 +2,6 @@
 // the host safe from errors and from pages released inside their handlers.
 #include "ComponentFixture.h"
 
-#include <QDesktopServices>
-#include <QFile>
-#include <QPushButton>
-#include <QTemporaryDir>
 
 #include <stdexcept>
 
@@ -13,12 +9,6 @@ namespace kelmartest {
 namespace {
 
 using RoutingTest = ComponentTest;
-
-void click(QDialog* page, const char* name) {
-    auto* button = page->findChild<QPushButton*>(QLatin1String(name));
-    ASSERT_NE(button, nullptr) << name;
-    button->click();
-}
 
 // The host gets the working arrays themselves, the technique ids as one
 // variant holding the whole array; what it writes into either comes back.
@@ -58,7 +48,7 @@ TEST_F(RoutingTest, TheSettingsPagesGuidanceAndFourthEventStopAtTheClass) {
     EXPECT_EQ(host.events, QStringList{QStringLiteral("SendMasseges: Specify value functions.")});
 }
 
-TEST_F(RoutingTest, TheViewIsCreatedOnceReusedAndReleasedWhenClosed) {
+TEST_F(RoutingTest, TheViewIsCreatedOnceReusedAndReleasedByUnloadKelVFS) {
     FakePage* page = open(kCurveDrawing);
     for (int n = 0; n < 2; ++n) {
         page->handle([page] { page->raiseShowKelVFS(); });
@@ -68,10 +58,6 @@ TEST_F(RoutingTest, TheViewIsCreatedOnceReusedAndReleasedWhenClosed) {
     QPointer<QDialog> view = modalShows[1];
     EXPECT_EQ(view->objectName(), QStringLiteral("frmVFS"));
     EXPECT_EQ(modalShows[2].data(), view.data());
-
-    // Closing it tells the host, which then calls the method UnloadKelVFS.
-    click(view, "cmdOK");
-    EXPECT_EQ(host.events, QStringList{QStringLiteral("UnloadKelVFS")});
     dll.UnloadKelVFS();
     flushDeletes();
     EXPECT_TRUE(view.isNull());
@@ -102,32 +88,9 @@ TEST_F(RoutingTest, BackShowsTheSettingsPageInPlaceAndReleasesOnlyTheRaisingPage
     EXPECT_EQ(errorOf([&] { hide(kBisection); }), 0);
 }
 
-// The raising page is hidden before the host hears of UnloadKelmar. The
-// host answers with the method UnloadKelmar while the page's handler is
-// still on the stack.
-TEST_F(RoutingTest, UnloadKelmarHidesTheRaisingPageAndReleasingItInsideItsHandlerIsSafe) {
-    dll.ShowKelmar();
-    QPointer<FakePage> settings = pageOf(kSettingsPage), kept = open(kBisection);
-    QPointer<FakePage> raising = open(kDiffStandardSequence);
-    bool visibleWhenHostCalled = true, aliveAfterEvent = false;
-    host.onUnloadKelmar = [&] {
-        visibleWhenHostCalled = raising->isVisible();
-        dll.UnloadKelmar();
-    };
-    raising->handle([&] {
-        raising->raiseUnloadKelmar();
-        aliveAfterEvent = raising->pageId() == kDiffStandardSequence;
-    });
-    EXPECT_FALSE(visibleWhenHostCalled);
-    EXPECT_TRUE(aliveAfterEvent);
-    EXPECT_TRUE(messages.isEmpty()) << messages.join(QLatin1Char('\n')).toStdString();
-    flushDeletes();
-    EXPECT_TRUE(raising.isNull() && settings.isNull());
-    EXPECT_FALSE(kept.isNull());
-}
-
-// Destroying the component deletes every page and the view, even from
-// inside an event of one of them.
+// The raising page is hidden before the host hears of UnloadKelmar; the
+// host may then destroy the component, which deletes every page and the
+// view, while the page's handler is still on the stack.
 TEST_F(RoutingTest, TheHostMayDestroyTheComponentInsideAnEventOfAPage) {
     auto* owned = new KelmarDll;
     RecordingHost local;
@@ -138,12 +101,15 @@ TEST_F(RoutingTest, TheHostMayDestroyTheComponentInsideAnEventOfAPage) {
     owned->ShowForm(id, left, top);
     QPointer<FakePage> page = pageOf(kBisection);
     page->raiseShowKelVFS();
-    local.onUnloadKelmar = [&owned] {
+    bool visibleWhenHostCalled = true;
+    local.onUnloadKelmar = [&] {
+        visibleWhenHostCalled = page->isVisible();
         delete owned;
         owned = nullptr;
     };
     page->handle([p = page.data()] { p->raiseUnloadKelmar(); });
     EXPECT_EQ(owned, nullptr);
+    EXPECT_FALSE(visibleWhenHostCalled);
     ASSERT_FALSE(page.isNull()) << "not deleted inside its own handler";
     flushDeletes();
     ASSERT_EQ(modalShows.size(), 3u);
@@ -168,10 +134,9 @@ TEST_F(RoutingTest, ErrorsInAHandlerAreReportedAndEndTheHandler) {
     EXPECT_TRUE(messages[1].contains(QStringLiteral("host failed")));
 }
 
-// Help goes to the installed handler; by default an existing file (the
-// host's directory joined with a backslash is read as a Unix path) goes to
-// the desktop and a missing one is passed over.
-TEST_F(RoutingTest, HelpGoesToTheInstalledHandlerOrOpensAnExistingFile) {
+// Help goes to the installed handler, the host's directory joined with a
+// backslash.
+TEST_F(RoutingTest, HelpGoesToTheInstalledHandler) {
     wizardData().QUARNDir = QStringLiteral("/opt/quarn");
     QString file;
     int context = 0;
@@ -179,20 +144,6 @@ TEST_F(RoutingTest, HelpGoesToTheInstalledHandlerOrOpensAnExistingFile) {
     openHelp(nullptr);
     EXPECT_EQ(file, QStringLiteral("/opt/quarn\\QUARN.HLP"));
     EXPECT_EQ(context, 4005020);
-
-    KelmarDll::setHelpHandler({});
-    UrlRecorder desktop;
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), &desktop, "open");
-    QTemporaryDir dir;
-    QFile help(dir.filePath(QStringLiteral("QUARN.HLP")));
-    ASSERT_TRUE(help.open(QIODevice::WriteOnly));
-    help.close();
-    for (const QString& d : {dir.path(), dir.filePath(QStringLiteral("missing"))}) {
-        wizardData().QUARNDir = d;
-        openHelp(nullptr);
-    }
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
-    EXPECT_EQ(desktop.urls, QList<QUrl>{QUrl::fromLocalFile(help.fileName())});
 }
 
 }  // namespace

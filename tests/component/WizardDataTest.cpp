@@ -63,12 +63,9 @@ TEST_F(WizardDataTest, TransferVFunDataResetsTheWorkingPointsAndNotTheParameters
     w.SmpX = filled(0, 1, -50, 10);
     HostFunctions f;
     f.transfer(dll, 1);
-    EXPECT_EQ(w.InMaxVal, 1);
-    EXPECT_EQ(w.InVFunParD(1).toDouble(), 104.0);
-    EXPECT_EQ(w.VFTechniqueID(1).toDouble(), 103.0);
-    EXPECT_EQ(w.SmpSize(0).toDouble(), 5.0);
-    EXPECT_EQ(w.SmpX(1, 10).toDouble(), 110.0);
-    EXPECT_EQ(w.SmpY(1, 3).toDouble(), 103.5);
+    EXPECT_EQ(std::make_tuple(w.InMaxVal, w.InVFunParD(1).toDouble(), w.VFTechniqueID(1).toDouble(),
+                              w.SmpSize(0).toDouble(), w.SmpX(1, 10).toDouble(), w.SmpY(1, 3).toDouble()),
+              std::make_tuple(std::int16_t{1}, 104.0, 103.0, 5.0, 110.0, 103.5));
     EXPECT_EQ(std::make_tuple(w.VFunParA(0).toDouble(), w.VFunType(0).toDouble(), w.ScoreMinimum(0).toDouble(), w.MaxVal),
               std::make_tuple(900.0, 0.0, -5.0, std::int16_t{100}));
     w.SmpX(0, 0) = Variant(-1.0);

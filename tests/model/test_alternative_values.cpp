@@ -47,18 +47,6 @@ TEST_F(AlternativeValues, ScoresAtAndBeyondTheEndsGetTheEndsValuesExactly) {
     }
 }
 
-TEST_F(AlternativeValues, ScoresOnSamplePointsGetTheirValuesExactly) {
-    const std::vector<double> xs[] = {{0, 20, 50, 100}, {0, 12.5, 20, 31, 47, 60, 99.9},
-                                      {-3.7, 1.1}, {0.3, 0.475, 0.65, 0.825, 1.0}};
-    const std::vector<double> ys[] = {{0, 0.63, 0.81, 1}, {0, 0.07, 0.21, 0.4, 0.77, 0.9, 1},
-                                      {0.1, 0.9}, {0, 0.25, 0.5, 0.75, 1}};
-    for (std::size_t set = 0; set < std::size(xs); ++set) {
-        setCurve(1, xs[set], ys[set], kCurveDrawing);
-        for (std::size_t k = 0; k < xs[set].size(); ++k)
-            EXPECT_EQ(valueOf(1, xs[set][k]), 100.0 * ys[set][k]) << set << " point " << k;
-    }
-}
-
 TEST_F(AlternativeValues, FaultsRaiseTheirErrorNumbers) {
     I16 alt = 0, att = 1;
     for (const Variant& size : {Variant(), Variant(I16(0)), Variant(I16(12))}) {

@@ -1,6 +1,5 @@
-// The order-of-magnitude ladder's inverse and the category points: keeping,
-// moving and carrying over points, the orientation entry and ranges too
-// narrow for a ladder.
+// The category points: keeping, moving and carrying over points, the
+// orientation entry and ranges too narrow for a ladder.
 #include "ModelFixture.h"
 
 #include "model/CategoryLadder.h"
@@ -30,21 +29,6 @@ protected:
         return out;
     }
 };
-
-// The inverse that draws the ladder curve gives each level score its level
-// back, and a level between two levels for a score between them.
-TEST_F(CategoryTest, TheInverseTurnsLevelScoresBackIntoTheirLevels) {
-    Variant high = 64.0, low = 0.0;
-    for (bool maxToMin : {false, true}) {
-        for (I16 i = 0; i < 7; ++i) {
-            Variant score = CategoryLevelScore(high, low, 7, i, maxToMin);
-            EXPECT_NEAR(CategoryLevelOfScore(high, low, score, 7, maxToMin), i, 1e-12) << maxToMin << i;
-        }
-        Variant between = maxToMin ? 58.0 : 6.0;
-        const double level = CategoryLevelOfScore(high, low, between, 7, maxToMin);
-        EXPECT_TRUE(level > 2.0 && level < 3.0) << level;
-    }
-}
 
 TEST_F(CategoryTest, OwnPointsKeepTheirValuesAndMoveWhenTheOrientationChanged) {
     setCurve(0, {0, 2, 4, 8, 16, 32, 64}, {0, 0.3, 0.5, 0.6, 0.7, 0.9, 1}, kCategoryIdentification);

@@ -79,13 +79,6 @@ TEST(Exponential, EndsMiddleMonotoneAndTheMirror) {
             EXPECT_NEAR(ExponentialValue(x, lo, hi, k, true), 1.0 - ExponentialValue(x, lo, hi, -k, false),
                         1e-12);
         }
-        // The same function as the one written with rho = (hi - lo) / k.
-        if (std::fabs(k) < 50.0) {
-            const long double rho = (hi - lo) / static_cast<long double>(k);
-            for (const double x : {12.5, 30.0, 47.0})
-                EXPECT_NEAR(ExponentialValue(x, lo, hi, k, false), static_cast<double>(withRho(x, lo, hi, rho)),
-                            1e-12);
-        }
     }
 }
 
@@ -125,19 +118,30 @@ TEST_F(ModelTest, ParametersOfTheLineAndOfTheExponential) {
     EXPECT_EQ(errorNumber([&] { LinearParameterA(att); }), 11);
 }
 
-TEST_F(ModelTest, ExponentialPointsKeepTheEndsAndTheJudgedMiddle) {
+// The points keep the ends and the judged middle and lie on the
+// exponential; the curve through them strays from it by at most 0.005
+// within the middle band, for every sample size. Towards the refused ends a
+// curve that climbs to one half within a thousandth of the range cannot be
+// carried by a few cubics, and the bound is what each size reaches there.
+TEST_F(ModelTest, ExponentialPointsAndTheCurveThroughThemFollowTheExponential) {
     setRange(0, 10.0, 50.0);
     I16 att = 0;
-    for (const bool cost : {false, true}) {
-        for (const int n : {5, 7, 9, 11, 6}) {
-            for (const double z : {0.0011, 0.3, 0.4989, 0.75, 0.994}) {
-                SCOPED_TRACE(testing::Message() << "cost " << cost << " n " << n << " z " << z);
+    // 0.005 holds for band <= z <= 1 - band; ceiling is the largest distance
+    // anywhere in 0.001 < z < 0.995.
+    struct Row { int n; double band, ceiling; };
+    for (const Row row : {Row{5, 0.3, 0.42}, Row{6, 0.25, 0.08}, Row{7, 0.2, 0.075}, Row{8, 0.2, 0.055},
+                          Row{9, 0.15, 0.04}, Row{10, 0.15, 0.035}, Row{11, 0.1, 0.04}}) {
+        const int n = row.n;
+        for (int i = 0; i <= 24; ++i) {
+            const double z = 0.0011 + (0.9949 - 0.0011) * i / 24.0;
+            for (const bool cost : {false, true}) {
+                SCOPED_TRACE(testing::Message() << "n " << n << " z " << z << " cost " << cost);
                 w().AttPropertyCopy(0) = I16(cost ? 1 : 0);
                 w().SmpSize(0) = I16(n);
                 double middle = cost ? 50.0 - 40.0 * z : 10.0 + 40.0 * z;
                 ResampleExponential(att, middle);
-                EXPECT_EQ(w().SmpX(0, 0), w().ScoreMinimum(0));
-                EXPECT_EQ(w().SmpX(0, n - 1), w().ScoreMaximum(0));
+                EXPECT_EQ(smpX(0, 0), 10.0);
+                EXPECT_EQ(smpX(0, n - 1), 50.0);
                 EXPECT_EQ(w().SmpY(0, 0).type(), Variant::Type::Integer);
                 EXPECT_EQ(smpY(0, 0), cost ? 1.0 : 0.0);
                 EXPECT_EQ(smpY(0, n - 1), cost ? 0.0 : 1.0);
@@ -145,20 +149,14 @@ TEST_F(ModelTest, ExponentialPointsKeepTheEndsAndTheJudgedMiddle) {
                 const double rate = MiddleScoreRate(att, middle);
                 for (int k = 1; k < n; ++k) {
                     EXPECT_GT(smpX(0, k), smpX(0, k - 1)) << k;
-                    // Values never turn back; on the flat part of a steep curve
-                    // neighbours may share a value to the last digit.
-                    EXPECT_EQ(smpY(0, k) >= smpY(0, k - 1), !cost || smpY(0, k) == smpY(0, k - 1)) << k;
                     EXPECT_NEAR(smpY(0, k), ExponentialValue(smpX(0, k), 10.0, 50.0, rate, cost), 1e-12);
                 }
                 if (n % 2 == 1) {
                     EXPECT_EQ(smpX(0, n / 2), middle);
                     EXPECT_EQ(smpY(0, n / 2), 0.5);
-                    Curve curve({smpX(0, 0), smpX(0, 1), smpX(0, 2), smpX(0, 3), smpX(0, 4)},
-                                {smpY(0, 0), smpY(0, 1), smpY(0, 2), smpY(0, 3), smpY(0, 4)});
-                    if (n == 5) {
-                        EXPECT_EQ(curve.at(middle), 0.5);
-                    }
                 }
+                const double error = curveError(0, ExponentialRate(z), cost);
+                EXPECT_LE(error, z >= row.band && z <= 1.0 - row.band ? 0.005 : row.ceiling);
             }
         }
     }
@@ -168,36 +166,6 @@ TEST_F(ModelTest, ExponentialPointsKeepTheEndsAndTheJudgedMiddle) {
     double middle = 10.0 + 40.0 * 0.45;
     ResampleExponential(att, middle);
     for (int k = 0; k < 9; ++k) EXPECT_DOUBLE_EQ(smpY(0, k), k / 8.0) << k;
-}
-
-// How far the curve through the points strays from the exponential, over
-// the middle scores the page accepts and every sample size. Within the
-// middle band 0.005 holds for every size; towards the refused ends a curve
-// that climbs to one half within a thousandth of the range cannot be
-// carried by a few cubics, and the bound is what each size reaches there.
-TEST_F(ModelTest, TheCurveThroughThePointsFollowsTheExponential) {
-    setRange(0, 0.0, 1.0);
-    I16 att = 0;
-    struct Row {
-        int n;
-        double band;     // 0.005 holds for band <= z <= 1 - band
-        double ceiling;  // the largest distance anywhere in 0.001 < z < 0.995
-    };
-    for (const Row row : {Row{5, 0.3, 0.42}, Row{6, 0.25, 0.08}, Row{7, 0.2, 0.075}, Row{8, 0.2, 0.055},
-                          Row{9, 0.15, 0.04}, Row{10, 0.15, 0.035}, Row{11, 0.1, 0.04}}) {
-        for (int i = 0; i <= 24; ++i) {
-            const double z = 0.0011 + (0.9949 - 0.0011) * i / 24.0;
-            for (const bool cost : {false, true}) {
-                SCOPED_TRACE(testing::Message() << "n " << row.n << " z " << z << " cost " << cost);
-                w().AttPropertyCopy(0) = I16(cost ? 1 : 0);
-                w().SmpSize(0) = I16(row.n);
-                double middle = cost ? 1.0 - z : z;
-                ResampleExponential(att, middle);
-                const double error = curveError(0, ExponentialRate(z), cost);
-                EXPECT_LE(error, z >= row.band && z <= 1.0 - row.band ? 0.005 : row.ceiling);
-            }
-        }
-    }
 }
 
 }  // namespace kelmar::test

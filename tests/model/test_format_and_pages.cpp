@@ -46,14 +46,6 @@ TEST(NumberFormats, LeadingNumberOfTheText) {
     for (const auto& c : cases) EXPECT_EQ(fmt::leadingNumber(c.text), c.expected) << c.text;
 }
 
-TEST(NumberFormats, TrimTrailingPointRemovesOnePointOnly) {
-    QString whole = "5.", twice = "5..", digits = "5.25";
-    EXPECT_EQ(TrimTrailingPoint(whole), "5");
-    EXPECT_EQ(TrimTrailingPoint(twice), "5.");
-    EXPECT_EQ(TrimTrailingPoint(digits), "5.25");
-    EXPECT_EQ(whole, "5.");  // the argument itself is left as it was
-}
-
 TEST_F(ModelTest, AttributeListMarksDoneAttributesAndKeepsTheRow) {
     const QStringList names{"Cost", "Safety", "Comfort"};
     for (int a = 0; a < 3; ++a) w().AttName(a) = names[a];

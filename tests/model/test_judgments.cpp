@@ -1,5 +1,6 @@
 // The neighbour step of the dragging pages and the bisection judgment table.
 #include "ModelFixture.h"
+#include "model/ScoreSequence.h"
 
 #include <array>
 
@@ -8,13 +9,7 @@ namespace kelmar::test {
 using Judgments = ModelTest;
 
 TEST_F(Judgments, NeighbourStepGoesTowardsThePointsOwnSide) {
-    struct Case {
-        bool cost;
-        std::vector<double> y;  // five points
-        I16 index, neighbour;
-        double expected;
-    };
-    const Case cases[] = {
+    const struct { bool cost; std::vector<double> y; I16 index, neighbour; double expected; } cases[] = {
         {false, {0, 0.2, 0.5, 0.8, 1}, 2, 1, 0.225},   // benefit, past the lower point
         {false, {0, 0.2, 0.5, 0.8, 1}, 2, 3, 0.775},   // benefit, past the upper point
         {true, {1, 0.8, 0.5, 0.2, 0}, 2, 1, 0.775},    // cost, past the previous point
@@ -24,7 +19,7 @@ TEST_F(Judgments, NeighbourStepGoesTowardsThePointsOwnSide) {
         {false, {0, 0.5, 0.51, 0.52, 1}, 2, 1, 0.52},  // a narrow gap: kept at the other neighbour
         {true, {1, 0.5, 0.49, 0.48, 0}, 2, 1, 0.48},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         w().AttPropertyCopy(0) = I16(c.cost ? 1 : 0);
         setCurve(0, {0, 25, 50, 75, 100}, c.y, 1);
         I16 att = 0, index = c.index, neighbour = c.neighbour;
@@ -36,7 +31,8 @@ TEST_F(Judgments, NeighbourStepGoesTowardsThePointsOwnSide) {
     EXPECT_EQ(errorNumber([&] { SetValueBesideNeighbour(att, index, notNeighbour); }), 9);
 }
 
-TEST_F(Judgments, BisectionTableRows) {
+// The rows of the table, and the order in which the halvings are judged.
+TEST_F(Judgments, BisectionTableRowsAndJudgmentOrder) {
     const auto rows = [] {
         std::vector<std::array<int, 3>> r;
         for (const BisectionRecord& b : w().BisectionTable) r.push_back({b.Lower, b.Upper, b.Level});
@@ -45,10 +41,12 @@ TEST_F(Judgments, BisectionTableRows) {
     I16 n = 5;
     BuildBisectionTable(n);
     EXPECT_EQ(rows(), (std::vector<std::array<int, 3>>{{0, 0, 1}, {0, 2, 2}, {0, 4, 1}, {2, 4, 2}, {4, 4, 1}}));
+    EXPECT_EQ(BisectionJudgmentOrder(), (std::vector<int>{2, 1, 3}));
     n = 9;
     BuildBisectionTable(n);
     EXPECT_EQ(rows(), (std::vector<std::array<int, 3>>{{0, 0, 1}, {0, 2, 3}, {0, 4, 2}, {2, 4, 3}, {0, 8, 1},
                                                        {4, 6, 3}, {4, 8, 2}, {6, 8, 3}, {8, 8, 1}}));
+    EXPECT_EQ(BisectionJudgmentOrder(), (std::vector<int>{4, 2, 6, 1, 3, 5, 7}));
     for (I16 bad : {I16(7), I16(3), I16(0)}) {
         n = bad;
         EXPECT_EQ(errorNumber([&] { BuildBisectionTable(n); }), 9) << bad;

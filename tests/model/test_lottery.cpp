@@ -8,15 +8,11 @@ namespace kelmar::test {
 using Lottery = ModelTest;
 
 TEST_F(Lottery, NeighboursWithoutRoomPinTheProbability) {
-    struct Case {
-        std::vector<double> y;
-        I16 index;
-    };
-    const Case cases[] = {
+    const struct { std::vector<double> y; I16 index; } cases[] = {
         {{0, 0.5, 0.503, 0.506, 1}, 2},  // closer than twice the margin
         {{0, 0.7, 0.5, 0.3, 1}, 2},      // neighbours out of order
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         setCurve(0, {0, 25, 50, 75, 100}, c.y, 6);
         I16 att = 0, index = c.index;
         EXPECT_EQ(ProbabilityWidth(att, index), 0.0f);
@@ -32,12 +28,8 @@ TEST_F(Lottery, NeighboursWithoutRoomPinTheProbability) {
 }
 
 TEST_F(Lottery, CertaintyEquivalentHalvesItsOutcomesInTheOrderOfTheHalvings) {
-    struct Case {
-        I16 n;
-        std::vector<I16> order;
-    };
-    const Case cases[] = {{5, {2, 1, 3}}, {9, {4, 2, 6, 1, 3, 5, 7}}};
-    for (const Case& c : cases) {
+    const struct { I16 n; std::vector<I16> order; } cases[] = {{5, {2, 1, 3}}, {9, {4, 2, 6, 1, 3, 5, 7}}};
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.n);
         std::vector<double> x, y;
         for (int k = 0; k < c.n; ++k) {
@@ -61,18 +53,14 @@ TEST_F(Lottery, CertaintyEquivalentHalvesItsOutcomesInTheOrderOfTheHalvings) {
 }
 
 TEST_F(Lottery, ScoresOutOfOrderAreSpreadBetweenTheKeptOnes) {
-    struct Case {
-        std::vector<double> x;
-        std::vector<double> expected;
-    };
-    const Case cases[] = {
+    const struct { std::vector<double> x, expected; } cases[] = {
         {{0, 25, 50, 75, 100}, {0, 25, 50, 75, 100}},    // in order: kept
         {{0, 60, 40, 75, 100}, {0, 20, 40, 75, 100}},    // one too far up
         {{0, 25, 50, 120, 100}, {0, 25, 50, 75, 100}},   // beyond the range
         {{0, 50, 50, 50, 100}, {0, 50 / 3.0, 100 / 3.0, 50, 100}},
         {{0, -5, 0, 200, 100}, {0, 25, 50, 75, 100}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         setCurve(0, c.x, {0, 0.25, 0.5, 0.75, 1}, 7);
         I16 att = 0;
         EXPECT_EQ(SamplePointsInOrder(att), c.x == c.expected);

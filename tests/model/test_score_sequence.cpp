@@ -1,5 +1,4 @@
-// Judged scores turned into a function on equal value steps, and the order
-// in which the halvings are judged.
+// Judged scores turned into a function on equal value steps.
 #include "ModelFixture.h"
 
 #include "model/ScoreSequence.h"
@@ -9,12 +8,7 @@ namespace kelmar::test {
 using ScoreSequence = ModelTest;
 
 TEST_F(ScoreSequence, JudgedScoresBecomeAFunctionOnEqualValueSteps) {
-    struct Case {
-        bool cost;
-        double low, high;
-        std::vector<double> in, out;
-    };
-    const Case cases[] = {
+    const struct { bool cost; double low, high; std::vector<double> in, out; } cases[] = {
         {false, 0, 100, {0, 10, 40, 70, 100}, {0, 10, 40, 70, 100}},     // kept as judged
         {true, 0, 100, {0, 10, 40, 70, 100}, {0, 10, 40, 70, 100}},
         {false, 0, 100, {0, 90, 30, 50, 100}, {0, 15, 30, 50, 100}},     // one out of order
@@ -23,7 +17,7 @@ TEST_F(ScoreSequence, JudgedScoresBecomeAFunctionOnEqualValueSteps) {
         {true, 0, 100, {3, 0, 0, 0, 97}, {0, 25, 50, 75, 100}},          // ends moved to the range
         {false, 1, 5, {1, 2, 3}, {1, 2, 5}},                              // the last point at the maximum
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(testing::PrintToString(c.in));
         w().AttPropertyCopy(0) = I16(c.cost ? 1 : 0);
         setRange(0, c.low, c.high);
@@ -45,15 +39,6 @@ TEST_F(ScoreSequence, JudgedScoresBecomeAFunctionOnEqualValueSteps) {
     setCurve(0, {0, 5, 20, 30, 60, 90, 100}, std::vector<double>(7, 0.0), kDiffStandardSequence);
     FitEqualValueSteps(att);
     EXPECT_EQ((std::vector<double>{smpY(0, 1), smpY(0, 2), smpY(0, 5)}), linear);
-}
-
-TEST_F(ScoreSequence, HalvingsAreJudgedRoundByRound) {
-    const std::pair<I16, std::vector<int>> cases[] = {{5, {2, 1, 3}}, {9, {4, 2, 6, 1, 3, 5, 7}}};
-    for (const auto& [size, order] : cases) {
-        I16 n = size;
-        BuildBisectionTable(n);
-        EXPECT_EQ(BisectionJudgmentOrder(), order) << size;
-    }
 }
 
 }  // namespace kelmar::test
