@@ -3,9 +3,6 @@
 #include "ProblemFile.h"
 #include "SampleProblem.h"
 
-#include <QFileInfo>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <functional>
 #include <string>
@@ -115,38 +112,6 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
     }
 }
 
-TEST(ProblemFileTest, TheDocumentedExampleLoads) {
-    const Problem p = parseProblem(documentedJson("### A complete example"), QStringLiteral("example"));
-    EXPECT_EQ(p.alternatives.size(), 6);
-    ASSERT_EQ(p.functions.size(), 5);
-    EXPECT_EQ(p.functions[2].points.size(), 5) << "a range alone gives five linear points";
-    EXPECT_EQ(p.functions[2].points.first(), QPointF(30, 1)) << "Commute time is a cost";
-    EXPECT_EQ(p.functions[4].points.size(), 4);
-}
-
-// A bad problem file ends the program before any window opens or any
-// output is written.
-TEST(HostProgramTest, ABadProblemFileEndsWithStatus2OneLineAndNoOutput) {
-    QTemporaryDir dir;
-    const QString output = dir.filePath(QStringLiteral("results.json"));
-    const QString shortRow = dataFile("scores_short_row.json"), missing = dataFile("does_not_exist.json");
-    const struct { QStringList arguments; QString message; } cases[] = {
-        {{QStringLiteral("-o"), output, shortRow},
-         shortRow + QStringLiteral(": scores[1]: expected 2 scores (one per attribute), found 1\n")},
-        {{missing, QStringLiteral("--output"), output}, missing + QStringLiteral(": the file does not exist\n")},
-    };
-    for (const auto& c : cases) {
-        QProcess host;
-        host.start(QStringLiteral(KELMAR_HOST_PATH), c.arguments);
-        ASSERT_TRUE(host.waitForFinished(120000));
-        EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(host.exitCode(), 2);
-        EXPECT_EQ(QString::fromLocal8Bit(host.readAllStandardError()), c.message);
-        EXPECT_TRUE(host.readAllStandardOutput().isEmpty());
-        EXPECT_FALSE(QFileInfo::exists(output));
-    }
-}
-
 // Every function runs from its range's worst end (0) to its best (1) over
 // all the scores; costs and benefits, and a concave curve, are all present.
 TEST(SampleProblemTest, IsARealisticConsistentProblemWithEarlierFunctions) {
@@ -166,10 +131,6 @@ TEST(SampleProblemTest, IsARealisticConsistentProblemWithEarlierFunctions) {
         for (const QVector<double>& row : p.scores) EXPECT_TRUE(row.value(j) >= f.minimum && row.value(j) <= f.maximum);
     }
     EXPECT_TRUE(costs > 0 && costs < p.attributes.size() && curved > 0);
-    // The arrays are ready for TransferData as they are: alternative first.
-    const HostArrays h = toHostArrays(p);
-    EXPECT_EQ(h.AltPScore.ubound(1), p.alternatives.size() - 1);
-    EXPECT_EQ(h.AltPScore(h.AltNum - 1, h.AttNum - 1).toDouble(), p.scores.last().last());
 }
 
 }  // namespace

@@ -48,20 +48,8 @@ bool draggable(const QWidget* w) {
     }
 }
 
-int keyFor(QChar c) {
-    const char ch = c.toLatin1();
-    if (ch >= '0' && ch <= '9') return Qt::Key_0 + (ch - '0');
-    if (ch >= 'a' && ch <= 'z') return Qt::Key_A + (ch - 'a');
-    switch (ch) {
-    case '.': return Qt::Key_Period;
-    case '-': return Qt::Key_Minus;
-    case '+': return Qt::Key_Plus;
-    case ',': return Qt::Key_Comma;
-    case '%': return Qt::Key_Percent;
-    case '$': return Qt::Key_Dollar;
-    default: return Qt::Key_Space;
-    }
-}
+// The key that types `c`: a digit, a letter or a sign of the random texts.
+int keyFor(QChar c) { return c.toUpper().unicode(); }
 
 }  // namespace
 
