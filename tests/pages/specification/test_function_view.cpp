@@ -111,12 +111,10 @@ TEST_F(FunctionViewTest, TheFormulaAndItsParametersForEachKindOfFunction) {
     }
 }
 
-TEST_F(FunctionViewTest, SevenDistinctFormulaPicturesInTheirOrder) {
+TEST_F(FunctionViewTest, SevenDistinctFormulaPictures) {
     FormulaImageList list;
-    QStringList keys;
     std::set<qint64> images;
     for (int i = 1; i <= list.count(); ++i) {
-        keys << FormulaImageList::key(i);
         const QImage image = list.picture(i).toImage();
         ASSERT_FALSE(image.isNull()) << i;
         // Ink on white: the formula is drawn.
@@ -127,8 +125,6 @@ TEST_F(FunctionViewTest, SevenDistinctFormulaPicturesInTheirOrder) {
         images.insert(static_cast<qint64>(qHash(QByteArray(reinterpret_cast<const char*>(image.constBits()),
                                                            static_cast<qsizetype>(image.sizeInBytes())))));
     }
-    EXPECT_EQ(keys.join(","),
-              "LinearBenefit,LinearCost,MidPointBenefit,MidPointCost,CurveDrawing,CatIdnMinToMax,CatIdnMaxToMin");
     EXPECT_EQ(images.size(), 7U);
 }
 
