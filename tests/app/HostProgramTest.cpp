@@ -1,19 +1,10 @@
 // kelmar-host as a program: the value table without a window, chart files,
 // and the question before unsaved work is lost.
 #include "HostTestData.h"
-#include "HostWindow.h"
-#include "SampleProblem.h"
-
-#include "pages/common/Ui.h"
-
-#include <kelmar/mdKelMain.h>
-
 #include <QAbstractButton>
-#include <QApplication>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTimer>
 
 namespace kelmarhost {
@@ -73,17 +64,8 @@ TEST(HostProgramTest, EvaluateAndChartEndWithTheWindowModesStatuses) {
 }
 
 // Closing the workbench asks first when a Finish has not been saved.
-class UnsavedWorkTest : public ::testing::Test {
+class UnsavedWorkTest : public HostWindowTest {
 protected:
-    void SetUp() override {
-        kelmar::setModalRunner([](QDialog& page) { page.show(); });
-        window.show();
-    }
-    void TearDown() override {
-        kelmar::setModalRunner({});
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        kelmar::wizardData() = {};
-    }
     // Closes the window, answering the question (if one comes) with `answer`;
     // returns whether a question came.
     bool closeAnswering(QMessageBox::StandardButton answer) {
@@ -99,23 +81,10 @@ protected:
     }
     void finish() {
         window.showWizard();
-        kelmar::WizardData& w = kelmar::wizardData();
-        w.VFTechniqueID(0) = kelmar::Variant(std::int16_t(5));
-        kelmar::Variant techniques(w.VFTechniqueID);
-        kelmar::VariantArray scoreMinimum = w.InScoreMinimum, scoreMiddle = w.InScoreMiddle,
-                             scoreMaximum = w.InScoreMaximum;
-        window.ExportResults(w.AttVData, scoreMinimum, scoreMiddle, scoreMaximum, 100, techniques,
-                             w.SmpSize, w.SmpX, w.SmpY, w.InVFunParA, w.InVFunParB, w.InVFunParC,
-                             w.InVFunParD, w.InVFunType);
-        for (QWidget* page : QApplication::topLevelWidgets())
-            if (page != &window) page->hide();
-        window.UnloadKelmar();
+        exportFinish();
+        closeWizard();
         QCoreApplication::processEvents();
     }
-
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("saved.json"));
-    HostWindow window{sampleProblem(), ResultWriter(dir.filePath(QStringLiteral("out.jsonl"))), path};
 };
 
 TEST_F(UnsavedWorkTest, NothingNewClosesWithoutAQuestion) {

@@ -1,10 +1,19 @@
-// Files the host tests read: the problem files under data/ and the JSON
-// blocks of docs/problem-format.md.
+// What the host tests share: the problem files under data/, the JSON blocks
+// of docs/problem-format.md and a workbench on the sample problem.
 #pragma once
 
+#include "HostWindow.h"
+#include "SampleProblem.h"
+
+#include "pages/common/Ui.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <QApplication>
 #include <QByteArray>
 #include <QFile>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -26,5 +35,43 @@ inline QByteArray documentedJson(const char* heading) {
     EXPECT_TRUE(end > begin && begin >= 0) << "no JSON block after " << heading;
     return end > begin && begin >= 0 ? text.mid(begin + 8, end - begin - 8) : QByteArray();
 }
+
+// A workbench on the sample problem whose wizard pages show without
+// blocking; results go to out.jsonl, saving to saved.json.
+class HostWindowTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        kelmar::setModalRunner([](QDialog& page) { page.show(); });
+        window.show();
+    }
+    void TearDown() override {
+        kelmar::setModalRunner({});
+        kelmar::setMessageBoxHook({});
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        kelmar::wizardData() = {};
+    }
+    // The wizard data handed over as a Finish would, with technique 5 for
+    // the first attribute.
+    void exportFinish() {
+        kelmar::WizardData& w = kelmar::wizardData();
+        w.VFTechniqueID(0) = kelmar::Variant(std::int16_t(5));
+        kelmar::Variant techniques(w.VFTechniqueID);
+        kelmar::VariantArray scoreMinimum = w.InScoreMinimum, scoreMiddle = w.InScoreMiddle,
+                             scoreMaximum = w.InScoreMaximum;
+        window.ExportResults(w.AttVData, scoreMinimum, scoreMiddle, scoreMaximum, 100, techniques,
+                             w.SmpSize, w.SmpX, w.SmpY, w.InVFunParA, w.InVFunParB, w.InVFunParC,
+                             w.InVFunParD, w.InVFunType);
+    }
+    // Hides the wizard's pages and answers its UnloadKelmar.
+    void closeWizard() {
+        for (QWidget* page : QApplication::topLevelWidgets())
+            if (page != &window) page->hide();
+        window.UnloadKelmar();
+    }
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("saved.json"));
+    HostWindow window{sampleProblem(), ResultWriter(dir.filePath(QStringLiteral("out.jsonl"))), path};
+};
 
 }  // namespace kelmarhost

@@ -1,11 +1,7 @@
 // Reading problem files, and the sample problem the host offers.
 #include "HostTestData.h"
 #include "ProblemFile.h"
-#include "SampleProblem.h"
 
-#include <QFileInfo>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <functional>
 #include <string>
@@ -66,7 +62,6 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
         {"wrong_type.json", "scores[1][0]: expected a number, found a string"},
         {"scores_too_few_rows.json", "scores: expected 3 rows (one per alternative), found 2"},
         {"scores_short_row.json", "scores[1]: expected 2 scores (one per attribute), found 1"},
-        {"no_attributes.json", "attributes: at least one attribute is needed"},
         {"bad_property.json",
          "attributes[2].property: expected \"cost\" or \"benefit\", found \"big\""},
         {"too_many_points.json", "valueFunctions[0].points: expected 2 to 11 points, found 12"},
@@ -88,8 +83,6 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
     const struct { const char* function; const char* expected; } functions[] = {
         {R"({"scoreMinimum": 5, "scoreMaximum": 5})",
          "valueFunctions[0].scoreMaximum: must be greater than scoreMinimum (5), found 5"},
-        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "scoreMiddle": "15"})",
-         "valueFunctions[0].scoreMiddle: expected a number, found a string"},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "categoryOrder": "up"})",
          "valueFunctions[0].categoryOrder: expected \"fromMaximum\" or \"fromMinimum\", found \"up\""},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "technique": 8})",
@@ -101,8 +94,6 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [20, 0]]})",
          "valueFunctions[0].points: the first point must lie at scoreMinimum (0) and the last at "
          "scoreMaximum (30)"},
-        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [30]]})",
-         "valueFunctions[0].points[1]: expected [score, value], found 1 numbers"},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "parameters": {"e": 1}})",
          "valueFunctions[0].parameters.e: unknown parameter; expected a, b, c or d"},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30}, {"scoreMinimum": 0, "scoreMaximum": 30})",
@@ -113,63 +104,6 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
         EXPECT_EQ(faultOf([&] { parseProblem(head + c.function + "]}", QStringLiteral("inline.json")); }),
                   std::string("inline.json: ") + c.expected);
     }
-}
-
-TEST(ProblemFileTest, TheDocumentedExampleLoads) {
-    const Problem p = parseProblem(documentedJson("### A complete example"), QStringLiteral("example"));
-    EXPECT_EQ(p.alternatives.size(), 6);
-    ASSERT_EQ(p.functions.size(), 5);
-    EXPECT_EQ(p.functions[2].points.size(), 5) << "a range alone gives five linear points";
-    EXPECT_EQ(p.functions[2].points.first(), QPointF(30, 1)) << "Commute time is a cost";
-    EXPECT_EQ(p.functions[4].points.size(), 4);
-}
-
-// A bad problem file ends the program before any window opens or any
-// output is written.
-TEST(HostProgramTest, ABadProblemFileEndsWithStatus2OneLineAndNoOutput) {
-    QTemporaryDir dir;
-    const QString output = dir.filePath(QStringLiteral("results.json"));
-    const QString shortRow = dataFile("scores_short_row.json"), missing = dataFile("does_not_exist.json");
-    const struct { QStringList arguments; QString message; } cases[] = {
-        {{QStringLiteral("-o"), output, shortRow},
-         shortRow + QStringLiteral(": scores[1]: expected 2 scores (one per attribute), found 1\n")},
-        {{missing, QStringLiteral("--output"), output}, missing + QStringLiteral(": the file does not exist\n")},
-    };
-    for (const auto& c : cases) {
-        QProcess host;
-        host.start(QStringLiteral(KELMAR_HOST_PATH), c.arguments);
-        ASSERT_TRUE(host.waitForFinished(120000));
-        EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
-        EXPECT_EQ(host.exitCode(), 2);
-        EXPECT_EQ(QString::fromLocal8Bit(host.readAllStandardError()), c.message);
-        EXPECT_TRUE(host.readAllStandardOutput().isEmpty());
-        EXPECT_FALSE(QFileInfo::exists(output));
-    }
-}
-
-// Every function runs from its range's worst end (0) to its best (1) over
-// all the scores; costs and benefits, and a concave curve, are all present.
-TEST(SampleProblemTest, IsARealisticConsistentProblemWithEarlierFunctions) {
-    const Problem p = sampleProblem();
-    EXPECT_TRUE(p.alternatives.size() >= 6 && p.attributes.size() >= 5);
-    ASSERT_EQ(p.functions.size(), p.attributes.size());
-    int costs = 0, curved = 0;
-    for (int j = 0; j < p.attributes.size(); ++j) {
-        SCOPED_TRACE(p.attributes[j].name.toStdString());
-        const ValueFunction& f = p.functions[j];
-        const bool cost = p.attributes[j].cost;
-        costs += cost ? 1 : 0;
-        ASSERT_EQ(f.points.size(), 5);
-        curved += f.type == 1 && f.points[2].y() > 0.5 ? 1 : 0;
-        EXPECT_EQ(f.points.first(), QPointF(f.minimum, cost ? 1.0 : 0.0));
-        EXPECT_EQ(f.points.last(), QPointF(f.maximum, cost ? 0.0 : 1.0));
-        for (const QVector<double>& row : p.scores) EXPECT_TRUE(row.value(j) >= f.minimum && row.value(j) <= f.maximum);
-    }
-    EXPECT_TRUE(costs > 0 && costs < p.attributes.size() && curved > 0);
-    // The arrays are ready for TransferData as they are: alternative first.
-    const HostArrays h = toHostArrays(p);
-    EXPECT_EQ(h.AltPScore.ubound(1), p.alternatives.size() - 1);
-    EXPECT_EQ(h.AltPScore(h.AltNum - 1, h.AttNum - 1).toDouble(), p.scores.last().last());
 }
 
 }  // namespace

@@ -1,21 +1,13 @@
 // The JSON that kelmar-host writes for each ExportResults, and the window's
 // handling of the component's events.
 #include "HostTestData.h"
-#include "HostWindow.h"
 #include "ResultWriter.h"
-#include "SampleProblem.h"
 
-#include "pages/common/Ui.h"
-
-#include <kelmar/mdKelMain.h>
-
-#include <QApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonParseError>
 #include <QPointer>
 #include <QTableView>
-#include <QTemporaryDir>
 
 namespace kelmarhost {
 namespace {
@@ -23,12 +15,12 @@ namespace {
 using kelmar::Variant;
 using kelmar::VariantArray;
 
-// A finished record of `atts` attributes (two by default) and `alts`
-// alternatives.
+// A finished record of two alternatives on two attributes.
 struct Record {
     VariantArray values, lo, mid, hi, size, x, y, a, b, c, d, type, tech;
     Variant techniques;
-    explicit Record(int alts = 2, int atts = 2)
+    static constexpr int alts = 2, atts = 2;
+    Record()
         : values(0, alts - 1, 0, atts - 1), lo(0, atts - 1), mid(0, atts - 1), hi(0, atts - 1),
           size(0, atts - 1), x(0, atts - 1, 0, 10), y(0, atts - 1, 0, 10), a(0, atts - 1),
           b(0, atts - 1), c(0, atts - 1), d(0, atts - 1), type(0, atts - 1), tech(0, atts - 1) {
@@ -94,42 +86,20 @@ TEST(ResultWriterTest, OneExportRoundTripsThroughTheFile) {
     EXPECT_EQ(readLines(path), QList<QJsonObject>{expected});
 }
 
-// A window with the sample problem transferred and the wizard's settings
-// page open.
-class HostWindowTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        kelmar::setModalRunner([](QDialog& page) { page.show(); });
-        kelmar::setMessageBoxHook([](QMessageBox&) { return QMessageBox::Ok; });
-        window.show();
-        window.showWizard();
-        for (QWidget* w : QApplication::topLevelWidgets()) {
-            if (w != &window && w->isVisible()) settings = qobject_cast<QDialog*>(w);
-        }
-        QObject::connect(&window, &HostWindow::sessionEnded, [this] { ended = true; });
-    }
-    void TearDown() override {
-        kelmar::setModalRunner({});
-        kelmar::setMessageBoxHook({});
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        kelmar::wizardData() = {};
-    }
-
-    QTemporaryDir dir;
-    HostWindow window{sampleProblem(), ResultWriter(dir.filePath(QStringLiteral("out.jsonl")))};
-    QPointer<QDialog> settings;
-    bool ended = false;
-};
-
 TEST_F(HostWindowTest, KeepsEveryFinishAndStaysOpenWhenTheWizardCloses) {
+    kelmar::setMessageBoxHook([](QMessageBox&) { return QMessageBox::Ok; });
+    window.showWizard();
+    QPointer<QWidget> settings;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w != &window && w->isVisible()) settings = w;
     ASSERT_FALSE(settings.isNull()) << "the wizard opens";
-    EXPECT_EQ(kelmar::wizardData().AltNum, 6);
+    kelmar::WizardData& w = kelmar::wizardData();
+    EXPECT_EQ(w.AltNum, 6);
     EXPECT_TRUE(window.wizardOpen());
-    Record r(6, 5);
-    for (int n = 0; n < 2; ++n) {
-        window.ExportResults(r.values, r.lo, r.mid, r.hi, 100, r.techniques, r.size, r.x, r.y, r.a,
-                             r.b, r.c, r.d, r.type);
-    }
+    w.AttVData(1, 0) = 10.0;
+    const double x11 = w.SmpX(1, 1).toDouble();
+    exportFinish();
+    exportFinish();
     const QList<QJsonObject> lines = readLines(dir.filePath(QStringLiteral("out.jsonl")));
     ASSERT_EQ(lines.size(), 2);
     EXPECT_EQ(lines[1].value(QStringLiteral("values")).toArray().at(0).toObject()
@@ -143,21 +113,18 @@ TEST_F(HostWindowTest, KeepsEveryFinishAndStaysOpenWhenTheWizardCloses) {
 
     // The host's answer to UnloadKelmar releases the wizard once the event
     // has unwound; the window stays.
-    settings->hide();
-    window.UnloadKelmar();
+    closeWizard();
     EXPECT_TRUE(window.wizardOpen()) << "not while the page's handler may still run";
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
     EXPECT_FALSE(window.wizardOpen());
-    EXPECT_FALSE(ended);
+    EXPECT_TRUE(window.isVisible());
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(settings.isNull()) << "the settings page is released";
 
     // Opened again, the wizard starts from the functions of the last Finish.
     window.showWizard();
-    const kelmar::WizardData& w = kelmar::wizardData();
-    EXPECT_EQ(w.InSmpSize(1).toInteger(), 2);
-    EXPECT_EQ(w.InSmpX(1, 1).toDouble(), 11.0);
+    EXPECT_EQ(w.InSmpX(1, 1).toDouble(), x11);
     EXPECT_EQ(w.InVFTechniqueID(0).toInteger(), 5);
 }
 

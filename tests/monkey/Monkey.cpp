@@ -28,40 +28,20 @@ const char* const kOptions[8] = {"optMidPoint",    "optDirectRating", "optCurveD
 // The buttons that leave a page or the wizard: pressed less often, so that a
 // visit to a page lasts.
 bool leavesThePage(const QWidget* w) {
-    const QString name = w->objectName();
-    return name == QLatin1String("cmdFinish") || name == QLatin1String("cmdCancel") ||
-           name == QLatin1String("cmdBack");
+    static const QStringList exits{QStringLiteral("cmdFinish"), QStringLiteral("cmdCancel"), QStringLiteral("cmdBack")};
+    return exits.contains(w->objectName());
 }
 
 // A mark that the user drags: it shows a moving pointer.
 bool draggable(const QWidget* w) {
-    if (!w->testAttribute(Qt::WA_SetCursor)) return false;
-    switch (w->cursor().shape()) {
-    case Qt::SizeHorCursor:
-    case Qt::SizeVerCursor:
-    case Qt::SizeAllCursor:
-    case Qt::OpenHandCursor:
-    case Qt::ClosedHandCursor:
-        return true;
-    default:
-        return false;
-    }
+    const Qt::CursorShape shape = w->cursor().shape();
+    return w->testAttribute(Qt::WA_SetCursor) &&
+           (shape == Qt::SizeHorCursor || shape == Qt::SizeVerCursor || shape == Qt::SizeAllCursor ||
+            shape == Qt::OpenHandCursor || shape == Qt::ClosedHandCursor);
 }
 
-int keyFor(QChar c) {
-    const char ch = c.toLatin1();
-    if (ch >= '0' && ch <= '9') return Qt::Key_0 + (ch - '0');
-    if (ch >= 'a' && ch <= 'z') return Qt::Key_A + (ch - 'a');
-    switch (ch) {
-    case '.': return Qt::Key_Period;
-    case '-': return Qt::Key_Minus;
-    case '+': return Qt::Key_Plus;
-    case ',': return Qt::Key_Comma;
-    case '%': return Qt::Key_Percent;
-    case '$': return Qt::Key_Dollar;
-    default: return Qt::Key_Space;
-    }
-}
+// The key that types `c`: a digit, a letter or a sign of the random texts.
+int keyFor(QChar c) { return c.toUpper().unicode(); }
 
 }  // namespace
 
@@ -372,14 +352,19 @@ void Monkey::afterEvent(const QString& pageName) {
 
 // --- Input ---------------------------------------------------------------------
 
+namespace {
+
+void mouse(QWidget* w, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) {
+    QMouseEvent event(type, at, w->mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(w, &event);
+}
+
+}  // namespace
+
 void Monkey::clickAt(QWidget* w, QPoint at, Qt::MouseButton button) {
     QPointer<QWidget> guard(w);
-    QMouseEvent press(QEvent::MouseButtonPress, at, w->mapToGlobal(at), button, button, Qt::NoModifier);
-    QApplication::sendEvent(w, &press);
-    if (!guard) return;
-    QMouseEvent release(QEvent::MouseButtonRelease, at, w->mapToGlobal(at), button, Qt::NoButton,
-                        Qt::NoModifier);
-    QApplication::sendEvent(w, &release);
+    mouse(w, QEvent::MouseButtonPress, at, button, button);
+    if (guard) mouse(w, QEvent::MouseButtonRelease, at, button, Qt::NoButton);
 }
 
 void Monkey::click(QWidget* w, Qt::MouseButton button) {
@@ -396,27 +381,20 @@ void Monkey::drag(QWidget* w, Qt::MouseButton button) {
     QPointF pos = draggable(w) ? QPointF(r.center())
                                : QPointF(uniform(0, r.width()), uniform(0, r.height()));
     const QPointF start = pos;
-    QMouseEvent press(QEvent::MouseButtonPress, pos, w->mapToGlobal(pos), button, button, Qt::NoModifier);
-    QApplication::sendEvent(w, &press);
+    mouse(w, QEvent::MouseButtonPress, pos, button, button);
     const int moves = 1 + pick(4);
     for (int i = 0; i < moves && guard; ++i) {
         pos = start + QPointF(uniform(-220, 220), uniform(-20, 20));
-        QMouseEvent move(QEvent::MouseMove, pos, w->mapToGlobal(pos), Qt::NoButton, button, Qt::NoModifier);
-        QApplication::sendEvent(w, &move);
+        mouse(w, QEvent::MouseMove, pos, Qt::NoButton, button);
     }
-    if (!guard) return;
-    QMouseEvent release(QEvent::MouseButtonRelease, pos, w->mapToGlobal(pos), button, Qt::NoButton,
-                        Qt::NoModifier);
-    QApplication::sendEvent(w, &release);
+    if (guard) mouse(w, QEvent::MouseButtonRelease, pos, button, Qt::NoButton);
 }
 
 void Monkey::key(QWidget* w, int k, Qt::KeyboardModifiers modifiers, const QString& text) {
     QPointer<QWidget> guard(w);
-    QKeyEvent press(QEvent::KeyPress, k, modifiers, text);
+    QKeyEvent press(QEvent::KeyPress, k, modifiers, text), release(QEvent::KeyRelease, k, modifiers, text);
     QApplication::sendEvent(w, &press);
-    if (!guard) return;
-    QKeyEvent release(QEvent::KeyRelease, k, modifiers, text);
-    QApplication::sendEvent(w, &release);
+    if (guard) QApplication::sendEvent(w, &release);
 }
 
 QString Monkey::randomText() {

@@ -44,6 +44,22 @@ QString describe(int att, const char* rule) {
     return QStringLiteral("attribute %1: %2%3").arg(att).arg(QString::fromLatin1(rule), points);
 }
 
+// The first exported value outside 0 .. MaxVal, or an empty text.
+QString badExport(const VariantArray& attVData, std::int16_t maxVal) {
+    for (int alt = attVData.lbound(1); alt <= attVData.ubound(1); ++alt) {
+        for (int att = attVData.lbound(2); att <= attVData.ubound(2); ++att) {
+            const double v = attVData(alt, att).toDouble();
+            if (!(v >= 0.0 && v <= maxVal))
+                return QStringLiteral("alternative %1 on attribute %2 exported %3 with MaxVal %4")
+                    .arg(alt)
+                    .arg(att)
+                    .arg(v, 0, 'g', 17)
+                    .arg(maxVal);
+        }
+    }
+    return {};
+}
+
 }  // namespace
 
 Problem sampleProblem() {
@@ -118,23 +134,7 @@ QString brokenRule() {
     return {};
 }
 
-QString badExport(const VariantArray& attVData, std::int16_t maxVal) {
-    for (int alt = attVData.lbound(1); alt <= attVData.ubound(1); ++alt) {
-        for (int att = attVData.lbound(2); att <= attVData.ubound(2); ++att) {
-            const double v = attVData(alt, att).toDouble();
-            if (!(v >= 0.0 && v <= maxVal))
-                return QStringLiteral("alternative %1 on attribute %2 exported %3 with MaxVal %4")
-                    .arg(alt)
-                    .arg(att)
-                    .arg(v, 0, 'g', 17)
-                    .arg(maxVal);
-        }
-    }
-    return {};
-}
-
 void MonkeyHost::UnloadKelmar() {
-    ++unloads;
     if (onUnloadKelmar) onUnloadKelmar();
 }
 
@@ -144,7 +144,6 @@ void MonkeyHost::ExportResults(VariantArray& AttVData, VariantArray& ScoreMinimu
                                VariantArray& SmpX, VariantArray& SmpY, VariantArray& VFunParA,
                                VariantArray& VFunParB, VariantArray& VFunParC,
                                VariantArray& VFunParD, VariantArray& VFunType) {
-    ++exports;
     const QString fault = badExport(AttVData, MaxVal);
     if (!fault.isEmpty()) faults << fault;
     // A host keeps what it received and offers it again next time.

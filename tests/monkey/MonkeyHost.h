@@ -37,9 +37,6 @@ void transfer(KelmarDll& dll, Problem& p);
 // values within 0 .. 1.
 QString brokenRule();
 
-// The first exported value outside 0 .. MaxVal, or an empty text.
-QString badExport(const VariantArray& attVData, std::int16_t maxVal);
-
 // Records what reaches the host and keeps the last export as the host's
 // functions for a later session.
 class MonkeyHost : public KelmarEvents {
@@ -48,8 +45,6 @@ public:
 
     std::function<void()> onUnloadKelmar;
     QStringList faults;  // exported values out of range
-    int exports = 0;
-    int unloads = 0;
 
     void UnloadKelmar() override;
     void ExportResults(VariantArray& AttVData, VariantArray& ScoreMinimum, VariantArray& ScoreMiddle,

@@ -66,7 +66,7 @@ TEST_F(PageFlow, ValueRangeListSetsTheLabelsAndNextTakesItsValue) {
 }
 
 TEST_F(PageFlow, OneTechniqueAcrossBothFramesAndTabsDoNotChangeIt) {
-    // By technique id; the first four on the numerical estimations tab.
+    // By technique id.
     const struct { const char* name; const char* caption; } options[8] = {
         {"optMidPoint", "Midpoint Setting"},   {"optDirectRating", "Direct Rating"},
         {"optCurveDrawing", "Curve Drawing"},  {"optCategoryIdn", "Category Identification"},
@@ -77,7 +77,6 @@ TEST_F(PageFlow, OneTechniqueAcrossBothFramesAndTabsDoNotChangeIt) {
     for (int id = 0; id < 8; ++id) {
         SCOPED_TRACE(options[id].name);
         auto* option = child<QRadioButton>(options[id].name);
-        EXPECT_EQ(option->parentWidget()->objectName(), id < 4 ? "frameNumEst" : "frameIndEst");
         option->click();
         option->click();  // clicking the selected option keeps it selected
         EXPECT_EQ(wizardData().SelTechnique, id);
@@ -124,34 +123,6 @@ TEST_F(PageFlow, NextHandsOverFinishExportsCancelAndClosingExportNothing) {
     // attribute falls.
     EXPECT_NEAR(sink.exportedValues(0, 0).toDouble(), 25.0, 1e-9);
     EXPECT_NEAR(sink.exportedValues(0, 2).toDouble(), 75.0, 1e-9);
-}
-
-TEST_F(PageFlow, BackToTheRangesShowsTheAttributeAndNextKeepsBuiltFunctions) {
-    WizardData& w = wizardData();
-    click("cmdNext");
-    click("cmdNext");
-    // A technique page builds a curve for the first attribute and goes on
-    // with the second one.
-    const double curve[5] = {0, 0.45, 0.7, 0.9, 1};
-    for (int k = 0; k < 5; ++k) w.SmpY(0, k) = curve[k];
-    w.VFunType(0) = std::int16_t(1);
-    w.VFunParA(0) = QStringLiteral("0.123456");
-    w.ScoreMiddle(0) = 22.5f;
-    w.SelAtt = 1;
-
-    click("cmdBack");
-    click("cmdBack");
-    EXPECT_EQ(child<QComboBox>("cmbSelAtt")->currentIndex(), 1);
-    EXPECT_EQ(minBox()->text(), "0");
-    EXPECT_EQ(maxBox()->text(), "5");
-    EXPECT_TRUE(drawnTexts(*child<DrawSurface>("picScopeChart")).contains("Comfort"));
-
-    click("cmdNext");
-    EXPECT_TRUE(messages.empty());
-    EXPECT_EQ(w.VFunType(0).toDouble(), 1.0);
-    EXPECT_EQ(w.VFunParA(0).toString(), "0.123456");
-    EXPECT_FLOAT_EQ(static_cast<float>(w.ScoreMiddle(0).toDouble()), 22.5f);
-    for (int k = 0; k < 5; ++k) EXPECT_EQ(w.SmpY(0, k).toDouble(), curve[k]) << k;
 }
 
 }  // namespace

@@ -98,94 +98,57 @@ TEST_F(RangePanel, ChosenAttributeShowsItsRangeInChartAndBoxes) {
 // The loaded page has made the working ranges from the host's.
 using SettingsStep = SettingsPageTest;
 
-void setPoints(VariantArray& a, int att, const double (&values)[5]) {
-    for (int k = 0; k < 5; ++k) a(att, k) = values[k];
-}
-
-TEST_F(SettingsStep, NewArraysStartFromTheHostsInEverySession) {
+// A function built in one session stays with its points when the wizard
+// opens again without new functions from the host: only the ranges (and
+// the points' ends with them) and the flags start again.
+TEST_F(SettingsStep, ANewSessionKeepsBuiltFunctionsAndSetsTheRangesBack) {
     WizardData& w = wizardData();
-    w.VFunType.redim(0, 0);  // left from a problem with one attribute
-    w.VFunType(0) = std::int16_t(7);
-    PrepareWorkingArrays();
-    for (VariantArray* a : {&w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD, &w.VFunType,
-                            &w.ScoreMiddle, &w.AttPropertyCopy, &w.ScoreMinimumCopy,
-                            &w.ScoreMaximumCopy}) {
-        ASSERT_TRUE(a->isAllocated());
-        EXPECT_EQ(a->ubound() - a->lbound(), 2);
-    }
-    EXPECT_EQ(w.VFunType(0).toDouble(), 0.0) << "from the host's";
-    EXPECT_EQ(w.ScoreMiddle(0).toDouble(), 30.0);
-    EXPECT_EQ(w.AttPropertyCopy(2).toDouble(), 1.0);
-    EXPECT_EQ(w.ScoreMaximumCopy(1).toDouble(), 5.0);
-
-    // A function built in one session stays with its points when the wizard
-    // opens again without new functions from the host: only the ranges and
-    // the flags start again.
+    typeText(minBox(), "0");
+    pressEnter(minBox());
+    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 0.0) << "at once, not only on Next";
     w.VFunType(0) = std::int16_t(1);
     w.VFunParA(0) = QStringLiteral("0.5");
     w.SmpY(0, 1) = 0.6;
     w.AttVFDone(0) = true;
-    w.ScoreMinimum(0) = 5.0;
     page->close();
     w.InVFunParA.redim(0, 2);
     w.InVFunParA(0) = QStringLiteral("0.25");
     openPage();
     EXPECT_FALSE(w.AttVFDone(0).toBoolean());
     EXPECT_EQ(w.ScoreMinimum(0).toDouble(), 10.0);
+    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 10.0);
     click("cmdNext");
     EXPECT_EQ(w.VFunType(0).toDouble(), 1.0);
     EXPECT_EQ(w.VFunParA(0).toString(), "0.5");
     EXPECT_EQ(w.SmpY(0, 1).toDouble(), 0.6);
 }
 
-TEST_F(SettingsStep, PointsFollowTheRangeWheneverItIsConfirmedOrSetBack) {
+// A curve keeps its inner points and moves its ends to a changed range,
+// unless they lie outside it: then all are stretched into it.
+TEST_F(SettingsStep, ACurveKeepsToAChangedRange) {
     WizardData& w = wizardData();
-    typeText(minBox(), "0");
-    pressEnter(minBox());
-    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 0.0) << "at once, not only on Next";
-    EXPECT_EQ(w.SmpX(0, 4).toDouble(), 50.0);
-    // A new session without new functions from the host sets the range back,
-    // and the points with it.
-    page->close();
-    openPage();
-    EXPECT_EQ(w.ScoreMinimum(0).toDouble(), 10.0);
-    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 10.0);
-    for (int k = 1; k < 5; ++k) EXPECT_GT(w.SmpX(0, k).toDouble(), w.SmpX(0, k - 1).toDouble()) << k;
-}
-
-TEST_F(SettingsStep, SamplePointsKeepToAChangedRange) {
-    WizardData& w = wizardData();
-    PrepareWorkingArrays();
-    // Linear functions are laid out again on the new range, a cost one falling.
-    w.ScoreMinimum(0) = 0.0;
-    w.ScoreMaximum(0) = 80.0;
-    w.ScoreMaximum(2) = 12.5;
-    // A curve keeps its inner points and moves its ends ...
     w.VFunType(1) = std::int16_t(1);
-    setPoints(w.SmpX, 1, {-1, 1, 2.5, 4, 6});
     w.SelAtt = 2;
-    PrepareWorkingArrays();
-    const double kept[5] = {0, 1, 2.5, 4, 5};
-    for (int k = 0; k < 5; ++k) {
-        EXPECT_NEAR(w.SmpX(0, k).toDouble(), 20.0 * k, 1e-5) << k;
-        EXPECT_NEAR(w.SmpY(2, k).toDouble(), 1 - k / 4.0, 1e-6) << k;
-        EXPECT_EQ(w.SmpY(1, k).toDouble(), k / 4.0) << k;
-        EXPECT_EQ(w.SmpX(1, k).toDouble(), kept[k]) << k;
+    const struct { double x[5], after[5]; } cases[] = {
+        {{-1, 1, 2.5, 4, 6}, {0, 1, 2.5, 4, 5}},
+        {{-5, -1, 2.5, 6, 10}, {0, 4 / 3.0, 2.5, 11 / 3.0, 5}},
+    };
+    for (const auto& c : cases) {
+        for (int k = 0; k < 5; ++k) w.SmpX(1, k) = c.x[k];
+        PrepareWorkingArrays();
+        for (int k = 0; k < 5; ++k) EXPECT_NEAR(w.SmpX(1, k).toDouble(), c.after[k], 1e-9) << k;
     }
-    EXPECT_FLOAT_EQ(static_cast<float>(w.ScoreMiddle(0).toDouble()), 40.0f);
     EXPECT_EQ(w.SelAtt, 2) << "the current attribute is put back";
-    // ... unless they lie outside it: then all are stretched into it.
-    setPoints(w.SmpX, 1, {-5, -1, 2.5, 6, 10});
-    PrepareWorkingArrays();
-    const double stretched[5] = {0, 4 / 3.0, 2.5, 11 / 3.0, 5};
-    for (int k = 0; k < 5; ++k) EXPECT_NEAR(w.SmpX(1, k).toDouble(), stretched[k], 1e-9) << k;
 }
 
 // A host without a function for an attribute (no sample size, or a size the
 // sample arrays cannot hold) gets a straight line of five points on the
-// attribute's range, in its orientation.
+// attribute's range, in its orientation; arrays left from an earlier
+// problem are made again.
 TEST_F(SettingsStep, AttributesWithoutAHostFunctionStartLinear) {
     WizardData& w = wizardData();
+    w.VFunType.redim(0, 0);  // left from a problem with one attribute
+    w.VFunType(0) = std::int16_t(7);
     w.SmpSize(0) = Variant();
     w.SmpSize(2) = std::int16_t(0);
     w.InVFunType(2) = std::int16_t(1);  // a type without points is no function
