@@ -124,8 +124,6 @@ TYPED_TEST(ScoreAxisPages, AMovedMarkCountsAsAnEdit) {
     EXPECT_EQ(w.VFTechniqueID(0).toInteger(), this->technique);
     EXPECT_EQ(w.SelPoint, 2);
     EXPECT_EQ(this->mark(2)->toolTip(), "40.00");
-    EXPECT_EQ(this->template child<QComboBox>(QStringLiteral("cmbAttributes"))->itemText(0),
-              QString::fromUtf8(" \u00A4 Price"));
 }
 
 // A judgment sequence on a benefit and on a cost attribute: the scores as
