@@ -57,20 +57,9 @@ protected:
 
     // Ends on the range, scores strictly increasing, values on the equal
     // steps of the attribute's orientation.
-    static void expectInvariants(int att) {
-        const WizardData& w = wizardData();
-        const std::vector<double> x = scores(att), y = values(att);
-        ASSERT_GE(x.size(), 2U);
-        EXPECT_EQ(x.front(), w.ScoreMinimum(att).toDouble());
-        EXPECT_EQ(x.back(), w.ScoreMaximum(att).toDouble());
-        const bool cost = w.AttPropertyCopy(att).toDouble() != 0.0;
-        const double n = static_cast<double>(x.size() - 1);
-        for (std::size_t k = 0; k < x.size(); ++k) {
-            if (k > 0) {
-                EXPECT_LT(x[k - 1], x[k]) << "scores at " << k;
-            }
-            EXPECT_NEAR(y[k], cost ? 1.0 - k / n : k / n, 1e-6) << "value at " << k;
-        }
+    static void expectInvariants(std::int16_t att) {
+        EXPECT_TRUE(SamplePointsInOrder(att));
+        EXPECT_TRUE(ValuesOnEqualSteps(att));
     }
 };
 

