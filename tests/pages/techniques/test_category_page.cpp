@@ -254,18 +254,14 @@ TEST_F(CategoryPageTest, LinearPutsTheLevelsOnTheLineRestoreTakesTheHostsFunctio
 }
 
 TEST_F(CategoryPageTest, OrderValueLabelsAreHundredthsOrMultiplesOfFive) {
-    const struct { std::int16_t maxVal; QStringList ticks, rows; } cases[] = {
-        {1, {"0.00", "0.25", "0.50", "0.75", "1.00"}, {"0.00", "0.03", "0.06", "0.13", "0.25", "0.50", "1.00"}},
-        {100, {"0", "25", "50", "75", "100"}, {"0", "5", "5", "15", "25", "50", "100"}},
+    const struct { std::int16_t maxVal; QStringList rows; } cases[] = {
+        {1, {"0.00", "0.03", "0.06", "0.13", "0.25", "0.50", "1.00"}},
+        {100, {"0", "5", "5", "15", "25", "50", "100"}},
     };
     for (const auto& c : cases) {
         SetUp();
         wizardData().MaxVal = c.maxVal;
         open();
-        QStringList ticks;
-        for (const DrawPrimitive& p : chart()->primitives())
-            if (p.kind == DrawPrimitive::Kind::Text && p.p1.y() == 102.0) ticks << p.text;
-        EXPECT_EQ(ticks, c.ticks);
         // Each level's row carries its value at the left (drawn in point order).
         EXPECT_EQ(textsAt(*chart(), 1.0), c.rows);
     }

@@ -43,12 +43,6 @@ protected:
         return slider()->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider()).center();
     }
 
-    static void sendMouse(QWidget* w, QEvent::Type type, QPoint pos, Qt::MouseButton button,
-                          Qt::MouseButtons buttons) {
-        QMouseEvent event(type, QPointF(pos), w->mapToGlobal(QPointF(pos)), button, buttons, Qt::NoModifier);
-        QCoreApplication::sendEvent(w, &event);
-    }
-
     // Grabs the handle and drags it towards position `to`; returns the
     // position the slider reached.
     int drag(int to, Qt::MouseButton button = Qt::LeftButton) {
