@@ -128,6 +128,15 @@ protected:
         dragMark(*chart(), mark(i), target, button);
     }
     static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
+
+    // The function of att was changed by technique, last at point (if any).
+    static void expectEdited(int att, int technique, int point = -1) {
+        const WizardData& w = wizardData();
+        EXPECT_EQ(w.VFunType(att).toInteger(), 1);
+        EXPECT_TRUE(w.AttVFDone(att).toBoolean());
+        EXPECT_EQ(w.VFTechniqueID(att).toInteger(), technique);
+        EXPECT_TRUE(point < 0 || w.SelPoint == point) << w.SelPoint;
+    }
 };
 
 class DirectRatingTest : public TechniquePageTest<frmKelDirectRating> {

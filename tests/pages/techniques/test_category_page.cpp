@@ -207,15 +207,11 @@ TEST_F(CategoryPageTest, PointsAndMarksForEveryOrientationAndKind) {
 }
 
 TEST_F(CategoryPageTest, ALevelIsDraggedBetweenItsNeighboursAndItsReleaseIsAnEdit) {
-    WizardData& w = wizardData();
     open();  // values 0, 2/64, 4/64, 8/64, 16/64, 32/64, 1
     drag(4, 40.0);
     EXPECT_DOUBLE_EQ(value(0, 4), 0.40);
     EXPECT_NEAR(centreOf(4), 40.0, 1e-9);
-    EXPECT_EQ(w.VFunType(0).toInteger(), 1);
-    EXPECT_TRUE(w.AttVFDone(0).toBoolean());
-    EXPECT_EQ(w.VFTechniqueID(0).toInteger(), kCategoryIdentification);
-    EXPECT_EQ(w.SelPoint, 4);
+    expectEdited(0, kCategoryIdentification, 4);
     // Across the next level: just below its value.
     drag(4, 70.0);
     EXPECT_DOUBLE_EQ(value(0, 4), 0.475);

@@ -57,11 +57,7 @@ TEST_F(CurveDrawingTest, DragsKeepTheLimitsAndTheOrderOnBothOrientations) {
         drag(c.point, c.target);
         EXPECT_NEAR(value(c.att, c.point), c.stored, 1e-12);
         EXPECT_NEAR(middleOf(c.point).y(), c.stored * 100.0, 0.5) << "the mark shows the value";
-        WizardData& w = wizardData();
-        EXPECT_EQ(funType(c.att), 1);
-        EXPECT_TRUE(w.AttVFDone(c.att).toBoolean());
-        EXPECT_EQ(w.VFTechniqueID(c.att).toInteger(), kCurveDrawing);
-        EXPECT_EQ(w.SelPoint, c.point);
+        expectEdited(c.att, kCurveDrawing, c.point);
         EXPECT_TRUE(child<QComboBox>("cmbAttributes")->currentText().startsWith(" \u00A4 "));
     }
 }

@@ -65,10 +65,7 @@ TEST_F(VarPTest, OnlyALeftReleaseAtAnotherPositionStores) {
 
     sendMouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::LeftButton, Qt::NoButton);
     EXPECT_FLOAT_EQ(wizardData().SmpY(0, 2).toSingle(), 0.25f + 0.049f * 2);
-    EXPECT_EQ(wizardData().VFunType(0).toInteger(), 1);
-    EXPECT_TRUE(wizardData().AttVFDone(0).toBoolean());
-    EXPECT_EQ(wizardData().VFTechniqueID(0).toInteger(), kVariableProbability);
-    EXPECT_EQ(wizardData().SelPoint, 2);
+    this->expectEdited(0, kVariableProbability, 2);
     // The page leads on to the next score up.
     EXPECT_EQ(page->JudgedPoint, 3);
     EXPECT_EQ(mark(3)->picture(), 2);

@@ -146,9 +146,7 @@ TEST_F(MidPointTest, AReleaseJudgesTheMovedSliderAndARefusalKeepsTheFunction) {
     ASSERT_NE(reached, start);
     const double middle = page->middleShown();
     EXPECT_NEAR(middle, reached * 0.05, 1e-9);
-    EXPECT_EQ(w().VFunType(0).toInteger(), 1);
-    EXPECT_TRUE(w().AttVFDone(0).toBoolean());
-    EXPECT_EQ(w().VFTechniqueID(0).toInteger(), kMidPoint);
+    expectEdited(0, kMidPoint);
     EXPECT_EQ(w().ScoreMiddle(0).toDouble(), middle);
     EXPECT_EQ(w().SmpX(0, 2).toDouble(), middle);
 

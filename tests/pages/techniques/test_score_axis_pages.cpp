@@ -113,10 +113,7 @@ TYPED_TEST(ScoreAxisPages, AMovedMarkCountsAsAnEdit) {
     EXPECT_FALSE(w.AttVFDone(0).toBoolean());
     EXPECT_EQ(this->text("lblScoreDiff"), "[15.00] : [35.00]") << "follows the drag";
     this->send(2, QEvent::MouseButtonRelease, this->kGrab, Qt::LeftButton, Qt::NoButton);
-    EXPECT_EQ(w.VFunType(0).toInteger(), 1);
-    EXPECT_TRUE(w.AttVFDone(0).toBoolean());
-    EXPECT_EQ(w.VFTechniqueID(0).toInteger(), this->technique);
-    EXPECT_EQ(w.SelPoint, 2);
+    this->expectEdited(0, this->technique, 2);
     EXPECT_EQ(this->mark(2)->toolTip(), "40.00");
 }
 
