@@ -22,17 +22,14 @@ protected:
         const QRect r = mark(i)->geometry();
         return chart()->toUser(QPointF(r.x() + r.width() / 2.0, r.y() + r.height() / 2.0));
     }
-    void mouse(int i, QEvent::Type type, QPointF pos, Qt::MouseButton button, Qt::MouseButtons buttons) {
-        sendMouse(mark(i), type, pos, button, buttons);
-    }
     // Grabs mark i in its middle and drags it to the height target of the
     // value scale; press only, or the whole drag.
     void drag(int i, double target, bool release = true, Qt::MouseButton button = Qt::LeftButton) {
         const QPointF grab(mark(i)->width() / 2.0, mark(i)->height() / 2.0);
-        mouse(i, QEvent::MouseButtonPress, grab, button, button);
+        sendMouse(mark(i), QEvent::MouseButtonPress, grab, button, button);
         const QPointF to(grab.x(), grab.y() - (target - middleOf(i).y()) * chart()->pixelsPerUnitY());
-        mouse(i, QEvent::MouseMove, to, Qt::NoButton, button);
-        if (release) mouse(i, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
+        sendMouse(mark(i), QEvent::MouseMove, to, Qt::NoButton, button);
+        if (release) sendMouse(mark(i), QEvent::MouseButtonRelease, to, button, Qt::NoButton);
     }
     static int funType(int att) { return wizardData().VFunType(att).toInteger(); }
 };
@@ -67,8 +64,8 @@ TEST_F(CurveDrawingTest, OnlyALeftDragOfAnInnerMarkChangesTheFunction) {
     drag(2, 70.0, true, Qt::RightButton);
     drag(0, 30.0);
     drag(4, 60.0);
-    mouse(2, QEvent::MouseButtonPress, {6, 6}, Qt::LeftButton, Qt::LeftButton);
-    mouse(2, QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
+    sendMouse(mark(2), QEvent::MouseButtonPress, {6, 6}, Qt::LeftButton, Qt::LeftButton);
+    sendMouse(mark(2), QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
     for (int k = 0; k < 5; ++k) EXPECT_DOUBLE_EQ(value(0, k), k / 4.0);
     EXPECT_EQ(funType(0), 0);
     EXPECT_FALSE(wizardData().AttVFDone(0).toBoolean());
@@ -90,7 +87,7 @@ TEST_F(CurveDrawingTest, TheCurveAndTheLabelsFollowTheDrag) {
         EXPECT_NEAR(curve[15], 73.0, 1e-4) << "the curve passes the mark at score 50";
         EXPECT_EQ(text("lblCurScore"), "50.00");
         EXPECT_EQ(text("lblCurValue"), maxVal == 1 ? "0.73" : "73");
-        mouse(2, QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
+        sendMouse(mark(2), QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
         sendKey(mark(2), Qt::Key_Down, {}, Qt::ShiftModifier);
         sendKey(mark(2), Qt::Key_Up);
         EXPECT_DOUBLE_EQ(value(0, 2), 0.64);

@@ -1,4 +1,4 @@
-// The Midpoint page: its controls, the slider's judgment with its
+// The Midpoint page: the slider's text and judgment with its
 // thresholds, the refusal, the risk attitude and the print.
 #include "TechniqueFixture.h"
 #include "pages/techniques/frmKelMidPoint.h"
@@ -81,7 +81,6 @@ TEST_F(MidPointTest, TheSliderShowsTheScoreAsCurrencyText) {
 }
 
 TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsLinearNearTheCentre) {
-    open();
     // Price runs 0 .. 100 (a position is 0.05); r is measured on the copy of
     // the range, which for the first rows is wider.
     enum Outcome { Refused, Linear, Curve };

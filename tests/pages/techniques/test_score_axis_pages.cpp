@@ -1,5 +1,5 @@
 // The two pages that judge scores on the score bar. First what they share,
-// for both: their controls, the chart, refused moves, the score-difference
+// for both: the chart, refused moves, the score-difference
 // read-out, when a move counts as an edit, the functions they export on
 // either orientation, Linear and Restore. Then what each does of its own:
 // the bisection sizes and the walk through the halvings, the sequence's

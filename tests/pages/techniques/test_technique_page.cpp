@@ -1,8 +1,7 @@
 // The Direct Rating page through the common skeleton: the drag rules, the
 // keys and the labels, sample size, Linear, Restore, the risk attitude,
-// navigation and a failing Finish; then the skeleton's controls, what a page
-// has by its features, the load sequence, the buttons that only raise events
-// and the decoration bands of the rating chart.
+// navigation and a failing Finish; then the tab order, the load sequence and
+// the decoration bands of the rating chart.
 #include "TechniqueFixture.h"
 
 #include <kelmar/KelmarDll.h>
