@@ -14,73 +14,32 @@
 namespace kelmar::test {
 
 template <class Page>
-class LotteryTest : public PageTest<Page> {
+class LotteryTest : public TechniquePageTest<Page> {
 protected:
     using PageTest<Page>::page;
+    using TechniquePageTest<Page>::mark;
+    using TechniquePageTest<Page>::chart;
 
     void SetUp() override {
-        fillProblem();
+        TechniquePageTest<Page>::SetUp();
         wizardData().SelTechnique = std::is_same_v<Page, frmKelVarP> ? kVariableProbability : kVariableCertainty;
-        setMessageBoxHook([this](QMessageBox& box) {
-            this->messages.push_back(box.text());
-            return QMessageBox::Ok;
-        });
-    }
-    void TearDown() override {
-        page.reset();
-        setMessageBoxHook({});
-        EXPECT_TRUE(this->messages.empty()) << "an unexpected message box";
+        this->pageSize = lottery::kPageSize;
     }
 
-    void open(int att = 0) {
-        wizardData().SelAtt = static_cast<std::int16_t>(att);
-        page = std::make_unique<Page>();
-        page->setEventSink(&this->sink);
-        page->resize(lottery::kPageSize);
-        page->load();
-        page->show();
-        this->sink.events.clear();
-    }
-
-    PointMark* mark(int i) const { return this->template child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i)); }
-    DrawSurface* chart() const { return this->template child<DrawSurface>(QStringLiteral("picRatingChart")); }
     QSlider* slider() const { return this->template child<QSlider>(QStringLiteral("sldProbability")); }
-    void choose(const char* list, int index) {
-        auto* combo = this->template child<QComboBox>(QString::fromLatin1(list));
-        combo->setCurrentIndex(index);
-        emit combo->activated(index);
-    }
-
-    static void mouse(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button,
-                      Qt::MouseButtons buttons) {
-        QMouseEvent event(type, pos, w->mapToGlobal(pos), button, buttons, Qt::NoModifier);
-        QCoreApplication::sendEvent(w, &event);
-    }
     void press(int i, Qt::MouseButton button = Qt::LeftButton) {
         const QPointF at(mark(i)->width() / 2.0, 8.0);
-        mouse(mark(i), QEvent::MouseButtonPress, at, button, button);
-        mouse(mark(i), QEvent::MouseButtonRelease, at, button, Qt::NoButton);
+        sendMouse(mark(i), QEvent::MouseButtonPress, at, button, button);
+        sendMouse(mark(i), QEvent::MouseButtonRelease, at, button, Qt::NoButton);
     }
     // Presses the slider with a button, puts its thumb at position and
     // lets go.
     void slide(int position, Qt::MouseButton button = Qt::LeftButton) {
         const QPointF at(2.0, 2.0);
-        mouse(slider(), QEvent::MouseButtonPress, at, button, button);
+        sendMouse(slider(), QEvent::MouseButtonPress, at, button, button);
         slider()->setValue(position);
-        mouse(slider(), QEvent::MouseButtonRelease, at, button, Qt::NoButton);
+        sendMouse(slider(), QEvent::MouseButtonRelease, at, button, Qt::NoButton);
     }
-    // Grabs mark i and drags it so that its centre comes to the chart
-    // position target.
-    void drag(int i, double target, Qt::MouseButton button = Qt::LeftButton) {
-        PointMark* m = mark(i);
-        const QPointF grab(m->width() / 2.0, 8.0);
-        const double centre = chart()->childLeft(m) + chart()->childWidth(m) / 2.0;
-        mouse(m, QEvent::MouseButtonPress, grab, button, button);
-        const QPointF to(grab.x() + (target - centre) * chart()->width() / 116.0, grab.y());
-        mouse(m, QEvent::MouseMove, to, Qt::NoButton, button);
-        mouse(m, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
-    }
-
     // The text printed on the chart with its top at (x, y); empty if none.
     QString textAt(double x, double y) const {
         QString found;

@@ -14,8 +14,9 @@ namespace kelmar::test {
 template <class Page>
 class ScoreAxisTest : public TechniquePageTest<Page> {
 protected:
-    using PageTest<Page>::page;
-    using PageTest<Page>::sink;
+    using TechniquePageTest<Page>::mark;
+    using TechniquePageTest<Page>::chart;
+    using TechniquePageTest<Page>::centreOf;
 
     static constexpr std::int16_t technique =
         std::is_same_v<Page, frmKelBisection> ? kBisection : kDiffStandardSequence;
@@ -23,22 +24,9 @@ protected:
     void SetUp() override {
         TechniquePageTest<Page>::SetUp();
         wizardData().SelTechnique = technique;
+        this->pageSize = QSize(780, 680);
     }
 
-    void open(std::int16_t att = 0) {
-        wizardData().SelAtt = att;
-        page = std::make_unique<Page>();
-        page->setEventSink(&sink);
-        page->resize(780, 680);
-        page->load();
-        page->show();
-        sink.events.clear();
-    }
-
-    PointMark* mark(int i) const { return this->template child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i)); }
-    DrawSurface* chart() const { return this->template child<DrawSurface>(QStringLiteral("picRatingChart")); }
-    QString text(const char* label) const { return this->template child<QLabel>(QString::fromLatin1(label))->text(); }
-    double centreOf(int i) const { return chart()->childLeft(mark(i)) + chart()->childWidth(mark(i)) / 2.0; }
     void choose(const char* list, int index) {
         auto* combo = this->template child<QComboBox>(QString::fromLatin1(list));
         emit combo->activated(index);
@@ -69,20 +57,9 @@ protected:
 
     // Ends on the range, scores strictly increasing, values on the equal
     // steps of the attribute's orientation.
-    static void expectInvariants(int att) {
-        const WizardData& w = wizardData();
-        const std::vector<double> x = scores(att), y = values(att);
-        ASSERT_GE(x.size(), 2U);
-        EXPECT_EQ(x.front(), w.ScoreMinimum(att).toDouble());
-        EXPECT_EQ(x.back(), w.ScoreMaximum(att).toDouble());
-        const bool cost = w.AttPropertyCopy(att).toDouble() != 0.0;
-        const double n = static_cast<double>(x.size() - 1);
-        for (std::size_t k = 0; k < x.size(); ++k) {
-            if (k > 0) {
-                EXPECT_LT(x[k - 1], x[k]) << "scores at " << k;
-            }
-            EXPECT_NEAR(y[k], cost ? 1.0 - k / n : k / n, 1e-6) << "value at " << k;
-        }
+    static void expectInvariants(std::int16_t att) {
+        EXPECT_TRUE(SamplePointsInOrder(att));
+        EXPECT_TRUE(ValuesOnEqualSteps(att));
     }
 };
 

@@ -105,29 +105,42 @@ protected:
         setMessageBoxHook({});
         EXPECT_TRUE(this->messages.empty()) << "an unexpected message box";
     }
+
+    // Creates and loads the page on attribute att for the data as it stands.
+    void open(int att = 0) {
+        wizardData().SelAtt = static_cast<std::int16_t>(att);
+        openPage(this->page, this->sink, pageSize);
+    }
+    QSize pageSize{780, 620};
+
+    PointMark* mark(int i) const {
+        return this->template child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i));
+    }
+    DrawSurface* chart() const { return this->template child<DrawSurface>(QStringLiteral("picRatingChart")); }
+    QString text(const char* label) const { return this->template child<QLabel>(QString::fromLatin1(label))->text(); }
+    double centreOf(int i) const { return markCentre(*chart(), mark(i)); }
+    void choose(const char* list, int index) {
+        auto* combo = this->template child<QComboBox>(QString::fromLatin1(list));
+        combo->setCurrentIndex(index);
+        emit combo->activated(index);
+    }
+    void drag(int i, double target, Qt::MouseButton button = Qt::LeftButton) {
+        dragMark(*chart(), mark(i), target, button);
+    }
+    static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
+
+    // The function of att was changed by technique, last at point (if any).
+    static void expectEdited(int att, int technique, int point = -1) {
+        const WizardData& w = wizardData();
+        EXPECT_EQ(w.VFunType(att).toInteger(), 1);
+        EXPECT_TRUE(w.AttVFDone(att).toBoolean());
+        EXPECT_EQ(w.VFTechniqueID(att).toInteger(), technique);
+        EXPECT_TRUE(point < 0 || w.SelPoint == point) << w.SelPoint;
+    }
 };
 
 class DirectRatingTest : public TechniquePageTest<frmKelDirectRating> {
 protected:
-
-    // Creates and loads the page for the data as it stands.
-    void open() { openPage(page, sink, QSize(780, 620)); }
-
-    PointMark* mark(int i) const { return child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i)); }
-    DrawSurface* chart() const { return child<DrawSurface>(QStringLiteral("picRatingChart")); }
-    QString text(const char* label) const { return child<QLabel>(QString::fromLatin1(label))->text(); }
-    void choose(const char* list, int index) {
-        auto* combo = child<QComboBox>(QString::fromLatin1(list));
-        combo->setCurrentIndex(index);
-        emit combo->activated(index);
-    }
-
-    double centreOf(int i) const { return markCentre(*chart(), mark(i)); }
-    void drag(int i, double target, Qt::MouseButton button = Qt::LeftButton) {
-        dragMark(*chart(), mark(i), target, button);
-    }
-
-    static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
     static int funType() { return wizardData().VFunType(0).toInteger(); }
     static bool done() { return wizardData().AttVFDone(0).toBoolean(); }
 };

@@ -2,7 +2,6 @@
 // move up and down, on benefit and cost attributes alike.
 #include "TechniqueFixture.h"
 
-#include "component/PageRegistry.h"
 #include "pages/techniques/frmKelCurveDrawing.h"
 
 #include <kelmar/mdKelMain.h>
@@ -12,63 +11,31 @@ namespace {
 
 class CurveDrawingTest : public TechniquePageTest<frmKelCurveDrawing> {
 protected:
-    void open(std::int16_t att = 0, QSize size = {780, 620}) {
-        wizardData().SelAtt = att;
+    void SetUp() override {
+        TechniquePageTest::SetUp();
         wizardData().SelTechnique = kCurveDrawing;
-        page = std::make_unique<frmKelCurveDrawing>();
-        page->setEventSink(&sink);
-        page->resize(size);
-        page->load();
-        page->show();
     }
 
-    PointMark* mark(int i) const { return child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i)); }
     DrawSurface* chart() const { return child<DrawSurface>(QStringLiteral("picVFChart")); }
-    QString text(const char* label) const { return child<QLabel>(QString::fromLatin1(label))->text(); }
     // The middle of mark i in the chart's units.
     QPointF middleOf(int i) const {
         const QRect r = mark(i)->geometry();
         return chart()->toUser(QPointF(r.x() + r.width() / 2.0, r.y() + r.height() / 2.0));
     }
-    void mouse(int i, QEvent::Type type, QPointF pos, Qt::MouseButton button, Qt::MouseButtons buttons) {
-        QMouseEvent event(type, pos, mark(i)->mapToGlobal(pos), button, buttons, Qt::NoModifier);
-        QCoreApplication::sendEvent(mark(i), &event);
-    }
     // Grabs mark i in its middle and drags it to the height target of the
     // value scale; press only, or the whole drag.
     void drag(int i, double target, bool release = true, Qt::MouseButton button = Qt::LeftButton) {
         const QPointF grab(mark(i)->width() / 2.0, mark(i)->height() / 2.0);
-        mouse(i, QEvent::MouseButtonPress, grab, button, button);
+        sendMouse(mark(i), QEvent::MouseButtonPress, grab, button, button);
         const QPointF to(grab.x(), grab.y() - (target - middleOf(i).y()) * chart()->pixelsPerUnitY());
-        mouse(i, QEvent::MouseMove, to, Qt::NoButton, button);
-        if (release) mouse(i, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
+        sendMouse(mark(i), QEvent::MouseMove, to, Qt::NoButton, button);
+        if (release) sendMouse(mark(i), QEvent::MouseButtonRelease, to, button, Qt::NoButton);
     }
-    static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
     static int funType(int att) { return wizardData().VFunType(att).toInteger(); }
 };
 
-TEST_F(CurveDrawingTest, ThePageHasNoRatingChartAndItsMarksStandOnTheCurve) {
-    std::unique_ptr<KelPage> created(createPage(kCurveDrawing));
-    EXPECT_NE(dynamic_cast<frmKelCurveDrawing*>(created.get()), nullptr);
-    created.reset();
-    // Price rises, Noise (a cost) falls: each mark sits on its point at
-    // any size of the chart.
-    for (const std::int16_t att : {0, 1}) {
-        for (const QSize size : {QSize(780, 620), QSize(1300, 900)}) {
-            open(att, size);
-            EXPECT_EQ(page->windowTitle(), "Kelmar: Curve Drawing");
-            EXPECT_EQ(page->findChild<QWidget*>(QStringLiteral("picRatingChart")), nullptr);
-            for (int k = 0; k < 5; ++k) {
-                EXPECT_EQ(mark(k)->parentWidget(), chart());
-                EXPECT_NEAR(middleOf(k).x(), k * 25.0, 0.5);
-                EXPECT_NEAR(middleOf(k).y(), value(att, k) * 100.0, 0.5) << att << " " << k;
-            }
-        }
-    }
-}
-
-// Rising and falling preferences read the chart the same way: the height is
-// the value. A move past a neighbour stops 0.025 inside it, on the point's
+// The marks stand on the curve at any chart size. Rising and falling
+// preferences read the chart the same way: the height is the value. A move past a neighbour stops 0.025 inside it, on the point's
 // own side; every move marks the function as changed.
 TEST_F(CurveDrawingTest, DragsKeepTheLimitsAndTheOrderOnBothOrientations) {
     const struct { std::int16_t att; int point; double target, stored; } cases[] = {
@@ -80,18 +47,14 @@ TEST_F(CurveDrawingTest, DragsKeepTheLimitsAndTheOrderOnBothOrientations) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.att << " " << c.point << " " << c.target);
-        fillProblem();
+        SetUp();
+        pageSize = c.att == 0 ? QSize(780, 620) : QSize(1300, 900);
         open(c.att);
+        EXPECT_NEAR(middleOf(c.point).x(), c.point * 25.0, 0.5) << "the marks stand on the curve";
         drag(c.point, c.target);
         EXPECT_NEAR(value(c.att, c.point), c.stored, 1e-12);
         EXPECT_NEAR(middleOf(c.point).y(), c.stored * 100.0, 0.5) << "the mark shows the value";
-        for (int k = 0; k < 4; ++k)
-            EXPECT_EQ(value(c.att, k) < value(c.att, k + 1), c.att == 0) << k;
-        WizardData& w = wizardData();
-        EXPECT_EQ(funType(c.att), 1);
-        EXPECT_TRUE(w.AttVFDone(c.att).toBoolean());
-        EXPECT_EQ(w.VFTechniqueID(c.att).toInteger(), kCurveDrawing);
-        EXPECT_EQ(w.SelPoint, c.point);
+        expectEdited(c.att, kCurveDrawing, c.point);
         EXPECT_TRUE(child<QComboBox>("cmbAttributes")->currentText().startsWith(" \u00A4 "));
     }
 }
@@ -101,8 +64,8 @@ TEST_F(CurveDrawingTest, OnlyALeftDragOfAnInnerMarkChangesTheFunction) {
     drag(2, 70.0, true, Qt::RightButton);
     drag(0, 30.0);
     drag(4, 60.0);
-    mouse(2, QEvent::MouseButtonPress, {6, 6}, Qt::LeftButton, Qt::LeftButton);
-    mouse(2, QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
+    sendMouse(mark(2), QEvent::MouseButtonPress, {6, 6}, Qt::LeftButton, Qt::LeftButton);
+    sendMouse(mark(2), QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
     for (int k = 0; k < 5; ++k) EXPECT_DOUBLE_EQ(value(0, k), k / 4.0);
     EXPECT_EQ(funType(0), 0);
     EXPECT_FALSE(wizardData().AttVFDone(0).toBoolean());
@@ -124,7 +87,7 @@ TEST_F(CurveDrawingTest, TheCurveAndTheLabelsFollowTheDrag) {
         EXPECT_NEAR(curve[15], 73.0, 1e-4) << "the curve passes the mark at score 50";
         EXPECT_EQ(text("lblCurScore"), "50.00");
         EXPECT_EQ(text("lblCurValue"), maxVal == 1 ? "0.73" : "73");
-        mouse(2, QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
+        sendMouse(mark(2), QEvent::MouseButtonRelease, {6, 6}, Qt::LeftButton, Qt::NoButton);
         sendKey(mark(2), Qt::Key_Down, {}, Qt::ShiftModifier);
         sendKey(mark(2), Qt::Key_Up);
         EXPECT_DOUBLE_EQ(value(0, 2), 0.64);
