@@ -4,11 +4,21 @@
 #pragma once
 
 #include "charts/DrawSurface.h"
+#include "pages/techniques/TechniquePage.h"
 
 #include <QSize>
 #include <QString>
 
 namespace kelmar::lottery {
+
+// What both lottery pages have of the skeleton: the rating chart and the
+// marks, no current-score or value read-outs.
+inline TechniqueFeatures PageFeatures() {
+    TechniqueFeatures f;
+    f.currentScore = false;
+    f.readout = TechniqueFeatures::Readout::None;
+    return f;
+}
 
 // The top of the marks on the chart.
 inline constexpr double kMarkTop = 71.0;

@@ -14,20 +14,13 @@ KELMAR_REGISTER_PAGE(7, frmKelVarC)
 
 namespace {
 
-TechniqueFeatures varCFeatures() {
-    TechniqueFeatures f;
-    f.currentScore = false;
-    f.readout = TechniqueFeatures::Readout::None;
-    return f;
-}
-
 constexpr int kTextRows = 2;  // the point values, then the guidance
 
 }  // namespace
 
 frmKelVarC::frmKelVarC(QWidget* parent)
     : TechniquePage(kVariableCertainty, QStringLiteral("frmKelVarC"),
-                    QStringLiteral("Kelmar: Variable Certainty Equivalent"), varCFeatures(), parent) {
+                    QStringLiteral("Kelmar: Variable Certainty Equivalent"), lottery::PageFeatures(), parent) {
     lottery::ShapeChart(*this, *picRatingChart);
     for (PointMark* mark : picScorePoint)
         mark->setWhatsThis(tr("Drag the mark to the score you would take for sure instead of the lottery"));

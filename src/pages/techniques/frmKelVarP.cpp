@@ -23,20 +23,13 @@ KELMAR_REGISTER_PAGE(6, frmKelVarP)
 
 namespace {
 
-TechniqueFeatures varPFeatures() {
-    TechniqueFeatures f;
-    f.currentScore = false;
-    f.readout = TechniqueFeatures::Readout::None;
-    return f;
-}
-
 QString probabilityText(double p) { return fmt::formatNumber(p, QStringLiteral("0.000")); }
 
 }  // namespace
 
 frmKelVarP::frmKelVarP(QWidget* parent)
     : TechniquePage(kVariableProbability, QStringLiteral("frmKelVarP"),
-                    QStringLiteral("Kelmar: Variable Probability"), varPFeatures(), parent) {
+                    QStringLiteral("Kelmar: Variable Probability"), lottery::PageFeatures(), parent) {
     frameProbability = new QGroupBox(QStringLiteral("Probability"), Frame1);
     frameProbability->setObjectName(QStringLiteral("frameProbability"));
     sldProbability = new QSlider(Qt::Horizontal, frameProbability);
