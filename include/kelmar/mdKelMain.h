@@ -92,6 +92,18 @@ struct WizardData {
     float CategoryFactor = 1.0f;
     std::int16_t CategoryCount = 7;
     std::vector<BisectionRecord> BisectionTable;
+
+    // What the Category Identification page keeps of each attribute whose
+    // ladder it turned to the other orientation: the function as it stood
+    // before (held for the orientation `maxToMin`) and as the turn left it,
+    // so that turning back while nothing else changed gives the earlier
+    // points back exactly. Cleared when a wizard run starts.
+    struct CategoryTurn {
+        bool maxToMin = false;
+        std::vector<Variant> before;
+        std::vector<Variant> after;
+    };
+    std::vector<CategoryTurn> CategoryTurns;
 };
 
 // The one module-level instance.
@@ -121,6 +133,11 @@ void AkimaInterpolate(VariantArray& X, VariantArray& Y, std::int16_t& n, std::in
 // --- Value function families ----------------------------------------------
 
 float ComputeScoreMiddle(std::int16_t& att);
+// Writes a middle score that was computed in single precision into
+// ScoreMiddle(att), unless the number stored there already narrows to that
+// same Single: then the stored number stays, bit for bit, so a judged score
+// keeps its full precision however often the middle is computed again.
+void StoreScoreMiddle(std::int16_t& att, float computed);
 double GeometricPointFromLow(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k, float& c);
 double GeometricPointFromHigh(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k, float& c);
 double GeometricIndexFromLow(Variant& a0, Variant& a1, Variant& a2, std::int16_t& k, float& c);
@@ -169,6 +186,12 @@ void SetLinearSamplePoints(std::int16_t& att, std::int16_t& newSize);
 void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
 void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
 void PrepareCategoryPoints(std::int16_t& att);
+// Turns att's category ladder to the orientation maxToMin and lays its
+// points on the new ladder (when it runs that way already, only the
+// orientation entry records the choice).
+// Turning back a ladder that nothing has changed since it was turned gives
+// the points back as they were, bit for bit.
+void TurnCategoryLadder(std::int16_t& att, bool maxToMin);
 void CategoryPointsFromLinear(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
 void CategoryPointsRefresh(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize);
 void CategoryPointsFromOtherTechnique(std::int16_t& att, std::int16_t& newSize,
@@ -253,6 +276,12 @@ void ComputeAllAlternativeValues();
 // Prepares the working arrays when the analyst leaves the range panel of
 // the settings page with Next.
 void PrepareWorkingArrays();
+
+// Starts a wizard run from the host's record: the working functions
+// (ranges, points, sizes, techniques, types and parameters) become the ones
+// the host handed over, whatever an earlier run left in them. The types and
+// parameters take their shape at the next PrepareWorkingArrays.
+void StartFromHostFunctions();
 
 // Keeps the first sample point of attribute att on ScoreMinimum and the last
 // on ScoreMaximum, with the scores strictly increasing: a linear function

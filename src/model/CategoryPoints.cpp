@@ -15,6 +15,7 @@
 #include <kelmar/mdKelMain.h>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -60,6 +61,14 @@ std::vector<double> readFunction(WizardData& w, std::int16_t att, std::int16_t s
     return values;
 }
 
+// Stores v in a cell unless the cell already holds that number, so that
+// laying points out again where they lie leaves their cells as they are.
+void store(Variant& cell, double v) {
+    if (cell.isNumeric() && !cell.isEmpty() && cell.toDouble() == v && std::signbit(cell.toDouble()) == std::signbit(v))
+        return;
+    cell = v;
+}
+
 // Writes the ladder's n points of the attribute with the given values (in
 // point order); the end scores are the range's own, copied.
 void layOnLadder(WizardData& w, std::int16_t att, std::int16_t n, const std::vector<double>& scores,
@@ -67,14 +76,14 @@ void layOnLadder(WizardData& w, std::int16_t att, std::int16_t n, const std::vec
     const std::int16_t last = checkedSub(n, 1);
     const bool cost = costAttribute(w, att);
     for (std::int16_t k = 1; k < last; ++k) {
-        w.SmpX(att, k) = scores[static_cast<std::size_t>(k)];
-        w.SmpY(att, k) = std::clamp(values[static_cast<std::size_t>(k)], 0.0, 1.0);
+        store(w.SmpX(att, k), scores[static_cast<std::size_t>(k)]);
+        store(w.SmpY(att, k), std::clamp(values[static_cast<std::size_t>(k)], 0.0, 1.0));
     }
     w.SmpX(att, 0) = w.ScoreMinimum(att);
     w.SmpX(att, last) = w.ScoreMaximum(att);
     w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
     w.SmpY(att, last) = std::int16_t(cost ? 0 : 1);
-    w.ScoreMiddle(att) = ComputeScoreMiddle(att);
+    StoreScoreMiddle(att, ComputeScoreMiddle(att));
 }
 
 // The function as it stands (its first `oldSize` points) moved onto the
@@ -87,7 +96,64 @@ void moveOntoLadder(std::int16_t att, std::int16_t n, std::int16_t oldSize) {
     layOnLadder(w, att, n, scores, values);
 }
 
+// The cells of att's function that a turn of its ladder may change: the
+// size, the middle score and every sample cell, the orientation entry too.
+std::vector<Variant> turnCells(WizardData& w, std::int16_t att) {
+    std::vector<Variant> cells{w.SmpSize(att), w.ScoreMiddle(att)};
+    for (int k = 0; k <= kOrientationEntry; ++k) {
+        cells.push_back(w.SmpX(att, k));
+        cells.push_back(w.SmpY(att, k));
+    }
+    return cells;
+}
+
+void putTurnCells(WizardData& w, std::int16_t att, const std::vector<Variant>& cells) {
+    auto cell = cells.begin();
+    w.SmpSize(att) = *cell++;
+    w.ScoreMiddle(att) = *cell++;
+    for (int k = 0; k <= kOrientationEntry; ++k) {
+        w.SmpX(att, k) = *cell++;
+        w.SmpY(att, k) = *cell++;
+    }
+}
+
+bool sameCells(const std::vector<Variant>& a, const std::vector<Variant>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Variant& x, const Variant& y) {
+        return x.type() == y.type() && x.isNumeric() && x == y;
+    });
+}
+
 }  // namespace
+
+void TurnCategoryLadder(std::int16_t& att, bool maxToMin) {
+    WizardData& w = wizardData();
+    if (CategoryMaxToMin(att) == maxToMin) {
+        // The ladder runs that way already: the entry records the choice.
+        SetCategoryMaxToMin(att, maxToMin);
+        return;
+    }
+    if (att < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    const std::vector<Variant> now = turnCells(w, att);
+    if (w.CategoryTurns.size() <= static_cast<std::size_t>(att))
+        w.CategoryTurns.resize(static_cast<std::size_t>(att) + 1);
+    WizardData::CategoryTurn& turn = w.CategoryTurns[static_cast<std::size_t>(att)];
+    if (turn.maxToMin == maxToMin && !turn.before.empty() && sameCells(turn.after, now)) {
+        // Turned back with nothing changed in between: the points as they
+        // were, their orientation entry with them, and the points just left
+        // are what a turn back gives.
+        std::vector<Variant> restored = std::move(turn.before);
+        putTurnCells(w, att, restored);
+        turn.before = now;
+        turn.after = std::move(restored);
+        turn.maxToMin = !maxToMin;
+        return;
+    }
+    turn.maxToMin = !maxToMin;
+    turn.before = now;
+    SetCategoryMaxToMin(att, maxToMin);
+    PrepareCategoryPoints(att);
+    turn.after = turnCells(w, att);
+}
 
 bool CategoryMaxToMin(std::int16_t att) {
     const Variant& flag = wizardData().SmpY(att, kOrientationEntry);

@@ -4,6 +4,7 @@
 
 #include <kelmar/mdKelMain.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -46,6 +47,7 @@ void layOutScores(WizardData& w, std::int16_t att, std::int16_t size) {
 // The old points of the attribute, copied before they are overwritten.
 struct OldPoints {
     std::vector<double> x, y;
+    std::vector<Variant> xCell, yCell;  // the cells as stored
     int n = 0;
 };
 
@@ -57,10 +59,33 @@ OldPoints copyOldPoints(WizardData& w, std::int16_t att, std::int16_t oldSize) {
     old.x.resize(static_cast<std::size_t>(old.n));
     old.y.resize(static_cast<std::size_t>(old.n));
     for (int k = 0; k <= last; ++k) {
-        old.x[static_cast<std::size_t>(k)] = w.SmpX(att, k).toDouble();
-        old.y[static_cast<std::size_t>(k)] = w.SmpY(att, k).toDouble();
+        old.xCell.push_back(w.SmpX(att, k));
+        old.yCell.push_back(w.SmpY(att, k));
+        old.x[static_cast<std::size_t>(k)] = old.xCell.back().toDouble();
+        old.y[static_cast<std::size_t>(k)] = old.yCell.back().toDouble();
     }
     return old;
+}
+
+// The lower (or upper) of the two old values around score x.
+double oldValueBounds(const OldPoints& old, double x, bool upper) {
+    if (old.n < 2) return old.y.front();
+    const auto at = std::upper_bound(old.x.begin(), old.x.end(), x);
+    const std::size_t right = std::clamp<std::size_t>(static_cast<std::size_t>(at - old.x.begin()), 1,
+                                                      old.x.size() - 1);
+    const double a = old.y[right - 1], b = old.y[right];
+    return upper ? std::max(a, b) : std::min(a, b);
+}
+
+// The inner old point whose value is the level (to the last bits a Single
+// step can differ by) and whose score lies strictly between the previous
+// new score and the maximum; 0 when there is none.
+int pointOnLevel(const OldPoints& old, double level, double previous, double high) {
+    for (int k = 1; k + 1 < old.n; ++k) {
+        const auto i = static_cast<std::size_t>(k);
+        if (std::fabs(old.y[i] - level) <= 1e-9 && old.x[i] > previous && old.x[i] < high) return k;
+    }
+    return 0;
 }
 
 double valueOn(const OldPoints& old, double x) {
@@ -115,16 +140,22 @@ void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
     WizardData& w = wizardData();
     const OldPoints old = copyOldPoints(w, att, oldSize);
     layOutScores(w, att, newSize);
-    for (std::int16_t k = 1; k <= newSize - 2; ++k) {
-        // The old curve may swing beyond the value range on a long interval
-        // (an end moved far out): the new point's value stays within 0 .. 1.
-        const double v = valueOn(old, w.SmpX(att, k).toDouble());
-        w.SmpY(att, k) = v < 0.0 ? 0.0 : (v > 1.0 ? 1.0 : v);
-    }
     const bool cost = isCostOriented();
+    double previous = cost ? 1.0 : 0.0;
+    for (std::int16_t k = 1; k <= newSize - 2; ++k) {
+        // The curve through the old points may swing past them between two
+        // of them (far past on a long end interval): a new value stays
+        // between the old values around its score, and never turns back
+        // against the attribute's orientation.
+        const double x = w.SmpX(att, k).toDouble();
+        const double v = std::clamp(valueOn(old, x), oldValueBounds(old, x, false),
+                                    oldValueBounds(old, x, true));
+        previous = cost ? std::min(v, previous) : std::max(v, previous);
+        w.SmpY(att, k) = std::clamp(previous, 0.0, 1.0);
+    }
     w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
     w.SmpY(att, checkedSub(newSize, 1)) = std::int16_t(cost ? 0 : 1);
-    w.ScoreMiddle(att) = ComputeScoreMiddle(att);
+    StoreScoreMiddle(att, ComputeScoreMiddle(att));
 }
 
 void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
@@ -139,6 +170,15 @@ void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
     const float step = csng((high - low) / 1000.0);
     for (std::int16_t k = 1; k <= newSize - 2; ++k) {
         const double level = w.SmpY(att, k).toDouble();
+        const double previous = w.SmpX(att, k - 1).toDouble();
+        // An old point that already holds this level stays as it is: the
+        // grid below would stop short of it, where the curve first comes
+        // within 0.01, and every new resampling would move it further.
+        if (const int on = pointOnLevel(old, level, previous, high); on > 0) {
+            w.SmpX(att, k) = old.xCell[static_cast<std::size_t>(on)];
+            w.SmpY(att, k) = old.yCell[static_cast<std::size_t>(on)];
+            continue;
+        }
         double x = old.x[0];
         for (;;) {
             const double next = x + static_cast<double>(step);
@@ -154,11 +194,10 @@ void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
         // Scores stay strictly increasing inside the range: a score found
         // (or fallen back to) at or before the previous point, or at the
         // maximum, takes an even share of the range that is left instead.
-        const double previous = w.SmpX(att, k - 1).toDouble();
         if (!(x > previous && x < high)) x = previous + (high - previous) / (newSize - k);
         w.SmpX(att, k) = x;
     }
-    w.ScoreMiddle(att) = ComputeScoreMiddle(att);
+    StoreScoreMiddle(att, ComputeScoreMiddle(att));
 }
 
 void PrepareCategoryPoints(std::int16_t& att) {

@@ -6,6 +6,7 @@
 
 #include <kelmar/mdKelMain.h>
 
+#include <utility>
 #include <vector>
 
 namespace kelmar {
@@ -71,7 +72,7 @@ void layLinear(WizardData& w, std::int16_t att, std::int16_t n) {
         CurrentAttribute current(w, att);
         SetLinearSamplePoints(a, n);
     }
-    if (holds(w.ScoreMiddle, att)) w.ScoreMiddle(att) = ComputeScoreMiddle(a);
+    if (holds(w.ScoreMiddle, att)) StoreScoreMiddle(a, ComputeScoreMiddle(a));
 }
 
 // An attribute for which the host has no usable function (no sample size, or
@@ -130,7 +131,7 @@ void fitSamplePoints(WizardData& w, std::int16_t att) {
     w.SmpX(att, 0) = w.ScoreMinimum(att);
     w.SmpX(att, n - 1) = w.ScoreMaximum(att);
     std::int16_t a = att;
-    if (holds(w.ScoreMiddle, att)) w.ScoreMiddle(att) = ComputeScoreMiddle(a);
+    if (holds(w.ScoreMiddle, att)) StoreScoreMiddle(a, ComputeScoreMiddle(a));
 }
 
 }  // namespace
@@ -156,5 +157,19 @@ void PrepareWorkingArrays() {
 }
 
 void FitSamplePointsToRange(std::int16_t& att) { fitSamplePoints(wizardData(), att); }
+
+void StartFromHostFunctions() {
+    WizardData& w = wizardData();
+    w.ScoreMinimum = w.InScoreMinimum;
+    w.ScoreMaximum = w.InScoreMaximum;
+    w.ScoreMiddle = w.InScoreMiddle;
+    // Points the host never handed over stay as they are.
+    for (auto [working, host] : {std::pair{&w.VFTechniqueID, &w.InVFTechniqueID}, {&w.SmpSize, &w.InSmpSize},
+                                 {&w.SmpX, &w.InSmpX}, {&w.SmpY, &w.InSmpY}})
+        if (host->isAllocated()) *working = *host;
+    for (VariantArray* a : {&w.VFunParA, &w.VFunParB, &w.VFunParC, &w.VFunParD, &w.VFunType})
+        *a = VariantArray();
+    w.CategoryTurns.clear();
+}
 
 }  // namespace kelmar

@@ -4,6 +4,7 @@
 #include <kelmar/mdKelMain.h>
 
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace kelmar {
@@ -86,6 +87,25 @@ float ComputeScoreMiddle(std::int16_t& att) {
     // there): the grid score nearest to one half stands for the middle. With
     // no grid score at all, the middle of the range.
     return csng(closest);
+}
+
+void StoreScoreMiddle(std::int16_t& att, float computed) {
+    Variant& stored = wizardData().ScoreMiddle(att);
+    switch (stored.type()) {
+    case Variant::Type::Integer:
+    case Variant::Type::Long:
+    case Variant::Type::Single:
+    case Variant::Type::Double: {
+        const double d = stored.toDouble();
+        if (std::fabs(d) <= static_cast<double>(std::numeric_limits<float>::max()) &&
+            static_cast<float>(d) == computed)
+            return;
+        break;
+    }
+    default:
+        break;  // Empty, text and the rest take the computed number
+    }
+    stored = computed;
 }
 
 double GeometricPointFromLow(Variant& a0, Variant& a1, std::int16_t& j, std::int16_t& k, float& c) {

@@ -77,6 +77,31 @@ TEST_F(ModelTest, ResampleByValueTakesTheFirstGridScoreWithinOneHundredth) {
     }
 }
 
+TEST_F(ModelTest, ResamplingKeepsTheOrientationAndGivesPointsOnTheLevelsBack) {
+    // Between 25 and 50 the curve through these cost points dips to 0.28
+    // and climbs back over 0.30: read at every tenth, the values still
+    // never rise along the scores.
+    w().AttPropertyCopy(0) = I16(1);
+    setCurve(0, {0, 25, 50, 75, 100}, {1, 0.3, 0.29, 0.05, 0}, kDirectRating);
+    I16 att = 0, eleven = 11, five = 5;
+    ResampleByScore(att, eleven, five);
+    for (int k = 1; k <= 10; ++k) EXPECT_LE(smpY(0, k), smpY(0, k - 1)) << k;
+
+    // A curve resampled by value lies on the levels; resampling it again,
+    // as every showing of a page of another technique does, changes nothing.
+    w().AttPropertyCopy(0) = I16(0);
+    setCurve(0, {0, 25, 50, 75, 100}, {0, 0.4, 0.65, 0.85, 1}, kDirectRating);
+    ResampleByValue(att, five, five);
+    std::vector<double> first;
+    for (int k = 1; k <= 3; ++k) first.push_back(smpX(0, k));
+    EXPECT_NEAR(first[0], 13.6, 0.05);
+    EXPECT_NEAR(first[2], 60.8, 0.05);
+    for (int again = 0; again < 4; ++again) {
+        ResampleByValue(att, five, five);
+        for (int k = 1; k <= 3; ++k) EXPECT_EQ(smpX(0, k), first[static_cast<std::size_t>(k - 1)]) << again;
+    }
+}
+
 TEST_F(ModelTest, ResampleByValueFallsBackToHalfTheRangeMeasuredFromZeroWhileThatKeepsTheOrder) {
     // A level the old curve never comes near falls back to (max - min) / 2;
     // where that is not between the previous point and the maximum, the

@@ -324,15 +324,9 @@ void frmKelSettings::onLoad() {
         w.AttRangeSet(i) = false;
         w.AttVFDone(i) = false;
     }
-    w.ScoreMinimum.redim(0, last);
-    w.ScoreMaximum.redim(0, last);
-    w.ScoreMiddle.redim(0, last);
-    w.ScoreMinimum = w.InScoreMinimum;
-    w.ScoreMaximum = w.InScoreMaximum;
-    w.ScoreMiddle = w.InScoreMiddle;
-    // Only the ranges and the flags start again. The parameters and types
-    // belong to the working points, which stay as the last session left
-    // them until the host hands over its functions anew.
+    // Every run starts from the host's record, types and parameters
+    // included; within the run, Back and Next keep the pages' work.
+    StartFromHostFunctions();
 
     Filling = true;
     cmbSelAtt->clear();

@@ -35,6 +35,18 @@ bool readsAsOne(const Variant& property) {
     }
 }
 
+// A parameter the model computes for the function as it is now, as number
+// text; nothing when it cannot be formed (no range or orientation yet, a
+// range without width, a middle score that is missing or off the range).
+template <class Compute>
+QString parameterText(Compute compute) {
+    try {
+        return Variant(compute()).toString();
+    } catch (const RuntimeError&) {
+        return {};
+    }
+}
+
 QLabel* makeValue(QWidget* parent, const char* name) {
     auto* label = new QLabel(parent);
     label->setObjectName(QString::fromLatin1(name));
@@ -159,25 +171,36 @@ void frmVFS::fillFormula(int att) {
     WizardData& w = wizardData();
     for (QLabel* label : {lbla, lblb, lblc, lbld}) label->clear();
     const bool cost = cellOrEmpty(w.AttPropertyCopy, att).toDouble() != 0.0;
+    std::int16_t a = static_cast<std::int16_t>(att);
+    // The line and the exponential are shown on the range as it is now, not
+    // from the texts the last judgment left in VFunParA and VFunParB: a later
+    // Linear, a widened range or a new middle score leave those behind.
     if (isLinearType(cellOrEmpty(w.VFunType, att))) {
         lblFType->setText(QStringLiteral("Linear"));
         showFormula(cost ? 2 : 1);
-        lbla->setText(cellOrEmpty(w.VFunParA, att).toString());
-        lblb->setText(cellOrEmpty(w.VFunParB, att).toString());
+        lbla->setText(parameterText([&] { return LinearParameterA(a); }));
+        lblb->setText(parameterText([&] { return LinearParameterB(a); }));
     } else {
         lblFType->setText(QStringLiteral("Non-Linear"));
         const double technique = cellOrEmpty(w.VFTechniqueID, att).toDouble();
         if (technique == static_cast<double>(kMidPoint)) {
             showFormula(cost ? 4 : 3);
-            lbla->setText(cellOrEmpty(w.VFunParA, att).toString());
-            lblb->setText(cellOrEmpty(w.VFunParB, att).toString());
+            const auto exponential = [&](double (*parameter)(std::int16_t&, double&)) {
+                return parameterText([&] {
+                    const Variant& stored = w.ScoreMiddle(a);
+                    if (stored.isEmpty()) throw RuntimeError(RuntimeError::IllegalCall);
+                    double middle = stored.toDouble();
+                    return parameter(a, middle);
+                });
+            };
+            lbla->setText(exponential(ExponentialParameterA));
+            lblb->setText(exponential(ExponentialParameterB));
         } else if (technique == static_cast<double>(kCategoryIdentification)) {
             showFormula(w.SmpY(att, 10).toDouble() == 0.0 ? 6 : 7);
             lbla->setText(Variant(w.CategoryFactor).toString());
             lblb->setText(Variant(checkedSub(w.CategoryCount, 1)).toString());
         } else {
             showFormula(5);
-            std::int16_t a = static_cast<std::int16_t>(att);
             CurveParameters(a, w.SelPoint);
             lbla->setText(curveCoefficients_(0).toString());
             lblb->setText(curveCoefficients_(1).toString());

@@ -234,9 +234,7 @@ void ScoreAxisPage::drawAxis(std::int16_t att, double scoreMinimum, double score
 bool ScoreAxisPage::MovePoint(int index, double x) {
     WizardData& w = wizardData();
     const std::int16_t att = w.SelAtt;
-    const double lower = markLeft(index - 1) + markWidth(index - 1);
-    const double upper = markLeft(index + 1) - markWidth(index);
-    if (x < lower || x > upper) return false;
+    if (crossedNeighbour(index, x) >= 0) return false;
     onMoveAccepted(index);
     placeMarkCentre(index, x, kMarkTop);
     const double low = w.ScoreMinimum(att).toDouble();

@@ -514,13 +514,67 @@ double TechniquePage::dragPosition(int index, QPointF pos) const {
 
 double TechniquePage::markPosition(int index) const { return markLeft(index) + markWidth(index) / 2.0; }
 
+int TechniquePage::crossedNeighbour(int index, double x) const {
+    const double here = markPosition(index);
+    const double lower = markLeft(index - 1) + markWidth(index - 1);
+    const double upper = markLeft(index + 1) - markWidth(index);
+    if (x < lower && (x < here || x <= markPosition(index - 1))) return index - 1;
+    if (x > upper && (x > here || x >= markPosition(index + 1))) return index + 1;
+    return -1;
+}
+
+std::vector<Variant> TechniquePage::functionCells(std::int16_t att) {
+    WizardData& w = wizardData();
+    std::vector<Variant> cells{w.SmpSize(att), w.VFunType(att), w.VFTechniqueID(att), w.AttVFDone(att),
+                               w.ScoreMiddle(att), Variant(w.SelPoint)};
+    for (int k = 0; k < kMarkCount; ++k) {
+        cells.push_back(w.SmpX(att, k));
+        cells.push_back(w.SmpY(att, k));
+    }
+    return cells;
+}
+
+void TechniquePage::putFunctionCells(std::int16_t att, const std::vector<Variant>& cells) {
+    WizardData& w = wizardData();
+    auto cell = cells.begin();
+    for (Variant* to : {&w.SmpSize(att), &w.VFunType(att), &w.VFTechniqueID(att), &w.AttVFDone(att),
+                        &w.ScoreMiddle(att)})
+        *to = *cell++;
+    w.SelPoint = (cell++)->toInteger();
+    for (int k = 0; k < kMarkCount; ++k) {
+        w.SmpX(att, k) = *cell++;
+        w.SmpY(att, k) = *cell++;
+    }
+}
+
+bool TechniquePage::keepUnlessMoved(int index, QPointF pos) {
+    const std::int16_t att = currentAttribute();
+    const QPointF screen = picScorePoint.at(static_cast<std::size_t>(index))->mapToGlobal(pos);
+    if (scaleCoordinate(screen) != downAlong_ || pressed_.att != att) return true;
+    const std::vector<Variant> now = functionCells(att);
+    const bool changed = !std::equal(now.begin(), now.end(), pressed_.cells.begin(), pressed_.cells.end(),
+                                     [](const Variant& a, const Variant& b) {
+                                         return a.type() == b.type() && a.isNumeric() && a == b;
+                                     });
+    if (changed) {
+        // Moved away and back: what the steps on the way wrote goes.
+        putFunctionCells(att, pressed_.cells);
+        drawRatingChart();
+        afterDragStep(index);
+        drawValueChart();
+    }
+    return false;
+}
+
 void TechniquePage::markMouseDown(int index, Qt::MouseButton button, QPointF pos) {
     handle([&] {
         grabOffset_ = pos.x();
         grabOffsetY_ = pos.y();
         downLeft_ = markLeft(index);
+        downAlong_ = scaleCoordinate(picScorePoint.at(static_cast<std::size_t>(index))->mapToGlobal(pos));
         dragIndex_ = index;
         leftDown_ = button == Qt::LeftButton;
+        if (leftDown_) pressed_ = {currentAttribute(), functionCells(currentAttribute())};
         const std::int16_t n = sampleSize();
         for (int i = 0; i < n && i < kMarkCount; ++i)
             picScorePoint[static_cast<std::size_t>(i)]->setPicture(1);
@@ -535,16 +589,23 @@ void TechniquePage::markMouseMove(int index, Qt::MouseButtons buttons, QPointF p
     handle([&] {
         const std::int16_t last = checkedSub(sampleSize(), 1);
         if (index == 0 || index == last) return;
+        // Only a move along the mark's scale moves it: a jiggle across
+        // the scale is no judgment.
+        const QPointF grab(grabOffset_, grabOffsetY_);
+        if (scaleCoordinate(pos) == scaleCoordinate(grab)) return;
         movePoint(index, dragPosition(index, pos));
         afterDragStep(index);
     });
 }
 
 void TechniquePage::markMouseUp(int index, Qt::MouseButton button, QPointF pos) {
-    Q_UNUSED(pos)
     if (button != Qt::LeftButton) return;
+    const bool pressedHere = leftDown_ && index == dragIndex_;
     leftDown_ = false;
-    handle([&] { onMarkReleased(index); });
+    handle([&] {
+        if (pressedHere && !keepUnlessMoved(index, pos)) return;
+        onMarkReleased(index);
+    });
 }
 
 void TechniquePage::markKeyStep(int index, double units) {
@@ -613,7 +674,7 @@ void TechniquePage::ShowRiskAttitude(std::int16_t att) {
         }
     };
 
-    w.ScoreMiddle(att) = Variant(middleScore(att));
+    StoreScoreMiddle(att, middleScore(att));
     if (isLinearType(w.VFunType(att))) {
         highlight(1);
         return;

@@ -16,6 +16,7 @@
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
 class QBoxLayout;
 class QComboBox;
@@ -141,6 +142,9 @@ protected:
     // Where mark index stands now, in the units of dragPosition (by default
     // the horizontal centre); the arrow keys step from here.
     virtual double markPosition(int index) const;
+    // A mouse position inside a mark along the mark's scale (across by
+    // default): a move that keeps it is no move of the mark.
+    virtual double scaleCoordinate(QPointF pos) const { return pos.x(); }
     // The grid a dragged or keyed position snaps to (none by default).
     virtual double snapPosition(double position) const { return position; }
     // After each accepted move step: labels and the value function chart.
@@ -211,6 +215,11 @@ protected:
     void placeMarksAtScores(double top);
     double markLeft(int index) const;
     double markWidth(int index) const;  // chart units
+    // The neighbour (index - 1 or index + 1) that mark index would run
+    // into at x, or -1. A mark keeps a mark's width clear of its
+    // neighbours; one that lies closer already may still move away from
+    // the neighbour it is near, but never onto or past it.
+    int crossedNeighbour(int index, double x) const;
     // Size of one chart unit in pixels (the scale factor f).
     double scaleFactor() const;
     // Adds a page's own widget under the rating chart in the upper frame.
@@ -251,11 +260,25 @@ protected:
     double grabOffset_ = 0;   // pixels inside the mark at MouseDown
     double grabOffsetY_ = 0;  // the same, vertically
     double downLeft_ = 0;     // the mark's left at MouseDown (chart units)
+    double downAlong_ = 0;    // the mouse along the mark's scale at MouseDown (screen)
     int dragIndex_ = 0;
     bool leftDown_ = false;
     std::int16_t oldSize_ = 0;  // the sample size before the last change
 
 private:
+    // The cells of the current attribute's function that a drag may
+    // change, as they stood when the mark was pressed.
+    struct PressedFunction {
+        std::int16_t att = -1;
+        std::vector<Variant> cells;
+    };
+    static std::vector<Variant> functionCells(std::int16_t att);
+    static void putFunctionCells(std::int16_t att, const std::vector<Variant>& cells);
+    // A release with the mouse where it pressed the mark, along the mark's
+    // scale, is no judgment: the function goes back to what it was at the
+    // press. True when the mouse moved along the scale.
+    bool keepUnlessMoved(int index, QPointF pos);
+
     void buildControls();
     void replaceMarks();
     // The top that puts the middle of mark m at height y.
@@ -269,6 +292,7 @@ private:
     std::array<bool, kMarkCount> placedByMiddle_{};
     QBoxLayout* upperLayout_ = nullptr;
     bool shownBefore_ = false;
+    PressedFunction pressed_;
 };
 
 }  // namespace kelmar

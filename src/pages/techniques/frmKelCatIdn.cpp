@@ -191,7 +191,7 @@ void frmKelCatIdn::onAttributeChosen(int listIndex) {
 void frmKelCatIdn::onOrientation(bool maxToMin) {
     (maxToMin ? optMinToMax : optMaxToMin)->setChecked(false);
     std::int16_t att = wizardData().SelAtt;
-    SetCategoryMaxToMin(att, maxToMin);
+    TurnCategoryLadder(att, maxToMin);
     // The buttons show what is stored, also when the refresh fails.
     try {
         RefreshCategoryPage(att);
@@ -326,10 +326,8 @@ void frmKelCatIdn::MovePoint(int index, double x) {
     std::int16_t point = static_cast<std::int16_t>(index);
     // A level keeps its place between its neighbours: a drop beyond one
     // puts it just beside that neighbour's value.
-    const double lower = markLeft(index - 1) + markWidth(index - 1);
-    const double upper = markLeft(index + 1) - markWidth(index);
-    if (x < lower || x > upper) {
-        std::int16_t neighbour = static_cast<std::int16_t>(x < lower ? index - 1 : index + 1);
+    if (const int crossed = crossedNeighbour(index, x); crossed >= 0) {
+        std::int16_t neighbour = static_cast<std::int16_t>(crossed);
         SetValueBesideNeighbour(att, point, neighbour);
         return;
     }

@@ -26,6 +26,7 @@ protected:
     void showPointLabels(int index) override { ShowPointLabels(index); }
     double dragPosition(int index, QPointF pos) const override;
     double markPosition(int index) const override { return markMiddle(index); }
+    double scaleCoordinate(QPointF pos) const override { return pos.y(); }
     double snapPosition(double position) const override;
     void onMarkPressed(int index) override;
     void onMarkReleased(int index) override;

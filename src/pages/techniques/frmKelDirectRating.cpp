@@ -135,14 +135,12 @@ void frmKelDirectRating::MovePoint(int index, double x) {
     WizardData& w = wizardData();
     std::int16_t att = w.SelAtt;
     const bool falling = fallingPreference(att);
-    const double lower = markLeft(index - 1) + markWidth(index - 1);
-    const double upper = markLeft(index + 1) - markWidth(index);
-    if (x < lower || x > upper) {
+    if (const int crossed = crossedNeighbour(index, x); crossed >= 0) {
         // Dragged across a neighbour: the point takes the neighbour's value
         // a step towards its own side, and its mark goes where that value
         // lies on the scale, so that mark and value never disagree.
         std::int16_t point = static_cast<std::int16_t>(index);
-        std::int16_t neighbour = static_cast<std::int16_t>(x < lower ? index - 1 : index + 1);
+        std::int16_t neighbour = static_cast<std::int16_t>(crossed);
         const double value = SetValueBesideNeighbour(att, point, neighbour);
         placeMarkCentre(index, positionOf(value, falling), kMarkTop);
         return;

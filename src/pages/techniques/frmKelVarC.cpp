@@ -130,9 +130,7 @@ void frmKelVarC::ShowPointValues() {
 void frmKelVarC::MovePoint(int index, double x) {
     WizardData& w = wizardData();
     const std::int16_t att = w.SelAtt;
-    const double lower = markLeft(index - 1) + markWidth(index - 1);
-    const double upper = markLeft(index + 1) - markWidth(index);
-    if (x < lower || x > upper) return;
+    if (crossedNeighbour(index, x) >= 0) return;
     placeMarkCentre(index, x, lottery::kMarkTop);
     const double low = w.ScoreMinimum(att).toDouble();
     const double high = w.ScoreMaximum(att).toDouble();

@@ -98,11 +98,13 @@ TEST_F(RangePanel, ChosenAttributeShowsItsRangeInChartAndBoxes) {
 // The loaded page has made the working ranges from the host's.
 using SettingsStep = SettingsPageTest;
 
-// A function built in one session stays with its points when the wizard
-// opens again without new functions from the host: only the ranges (and
-// the points' ends with them) and the flags start again.
-TEST_F(SettingsStep, ANewSessionKeepsBuiltFunctionsAndSetsTheRangesBack) {
+// Every session starts from the host's record, types and parameters
+// included, whatever the session before left in the working record; the
+// flags start again too.
+TEST_F(SettingsStep, ANewSessionStartsFromTheHostsRecord) {
     WizardData& w = wizardData();
+    w.InSmpX = w.SmpX;
+    w.InSmpY = w.SmpY;
     typeText(minBox(), "0");
     pressEnter(minBox());
     EXPECT_EQ(w.SmpX(0, 0).toDouble(), 0.0) << "at once, not only on Next";
@@ -118,9 +120,9 @@ TEST_F(SettingsStep, ANewSessionKeepsBuiltFunctionsAndSetsTheRangesBack) {
     EXPECT_EQ(w.ScoreMinimum(0).toDouble(), 10.0);
     EXPECT_EQ(w.SmpX(0, 0).toDouble(), 10.0);
     click("cmdNext");
-    EXPECT_EQ(w.VFunType(0).toDouble(), 1.0);
-    EXPECT_EQ(w.VFunParA(0).toString(), "0.5");
-    EXPECT_EQ(w.SmpY(0, 1).toDouble(), 0.6);
+    EXPECT_EQ(w.VFunType(0).toDouble(), 0.0);
+    EXPECT_EQ(w.VFunParA(0).toString(), "0.25");
+    EXPECT_EQ(w.SmpY(0, 1).toDouble(), 0.25);
 }
 
 // A curve keeps its inner points and moves its ends to a changed range,

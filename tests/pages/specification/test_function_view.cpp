@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 
+#include <cmath>
 #include <set>
 
 namespace kelmar::test {
@@ -38,8 +39,9 @@ protected:
             w.SmpX(0, k) = xs[k];
             w.SmpY(0, k) = ys[k];
         }
-        w.VFunParA(0) = "0.025000";
-        w.VFunParB(0) = "-0.250000";
+        // Texts an earlier exponential left behind.
+        w.VFunParA(0) = "30.475913";
+        w.VFunParB(0) = "0.304759";
     }
 
     void open() {
@@ -84,10 +86,10 @@ TEST_F(FunctionViewTest, TheFormulaAndItsParametersForEachKindOfFunction) {
         const char* kind;
         QString shown;
     } rows[] = {
-        {0, 1, 0, 1, 1, "Linear", "0.025000|-0.250000||"},
-        {0, 0, 1, 1, 2, "Linear", "0.025000|-0.250000||"},
-        {1, 0, 0, 1, 3, "Non-Linear", "0.025000|-0.250000||"},
-        {1, 0, 1, 1, 4, "Non-Linear", "0.025000|-0.250000||"},
+        {0, 1, 0, 1, 1, "Linear", "0.025|-0.25||"},
+        {0, 0, 1, 1, 2, "Linear", "-0.025|1.25||"},
+        {1, 0, 0, 1, 3, "Non-Linear", {}},  // the exponential's parameters: below
+        {1, 0, 1, 1, 4, "Non-Linear", {}},
         {1, 1, 0, 1, 5, "Non-Linear", cubic},
         {1, 2, 1, 1, 5, "Non-Linear", cubic},
         {1, 7, 0, 1, 5, "Non-Linear", cubic},
@@ -106,8 +108,41 @@ TEST_F(FunctionViewTest, TheFormulaAndItsParametersForEachKindOfFunction) {
         EXPECT_EQ(page->formulaPicture(), row.picture);
         EXPECT_EQ(child<QLabel>("picFormula")->pixmap().cacheKey(),
                   page->formulaImages().picture(row.picture).cacheKey());
-        EXPECT_EQ(parameters(), row.shown);
+        if (!row.shown.isNull()) {
+            EXPECT_EQ(parameters(), row.shown);
+        }
         EXPECT_EQ(text("lblMin") + "|" + text("lblMiddle") + "|" + text("lblMax"), "10|27.5|50");
+    }
+}
+
+TEST_F(FunctionViewTest, LineAndExponentialParametersOnTheCurrentRange) {
+    // A middle score a third of the way from the worst end has the rate
+    // k = 3 ln(golden ratio): a = width / k, b = 1 / k.
+    const double k = 3.0 * std::log((1.0 + std::sqrt(5.0)) / 2.0);
+    const QString exponential = Variant(60.0 / k).toString() + "|" + Variant(1.0 / k).toString() + "||";
+    const struct {
+        int type, costCopy;
+        double low, middle, high;
+        QString shown;
+    } rows[] = {
+        {0, 0, 0, 5e6, 1e7, "1E-07|0||"},
+        {0, 1, -1e7, 0, 1e7, "-5E-08|0.5||"},
+        {1, 0, 10, 30, 70, exponential},  // the range widened since the judgment
+        {1, 1, 10, 50, 70, exponential},
+        {0, 0, 10, 10, 10, "|||"},  // nothing to compute
+        {1, 0, 10, 10, 50, "|||"},
+    };
+    WizardData& w = wizardData();
+    w.VFTechniqueID(0) = std::int16_t(kMidPoint);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.type << " " << row.low << " " << row.high);
+        w.VFunType(0) = std::int16_t(row.type);
+        w.AttPropertyCopy(0) = std::int16_t(row.costCopy);
+        w.ScoreMinimum(0) = row.low;
+        w.ScoreMiddle(0) = row.middle;
+        w.ScoreMaximum(0) = row.high;
+        open();
+        EXPECT_EQ(parameters(), row.shown);
     }
 }
 

@@ -55,6 +55,24 @@ inline void fillProblem() {
     }
 }
 
+// Every cell of att's function as type and exact number, to tell whether an
+// action changed a single bit of it.
+inline std::vector<std::pair<int, double>> functionBits(int att) {
+    WizardData& w = wizardData();
+    std::vector<std::pair<int, double>> bits;
+    const auto add = [&bits](const Variant& v) {
+        bits.emplace_back(static_cast<int>(v.type()), v.isNumeric() ? v.toDouble() : 0.0);
+    };
+    for (VariantArray* a : {&w.SmpSize, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum, &w.VFunType,
+                            &w.VFTechniqueID, &w.AttVFDone})
+        add((*a)(att));
+    for (int k = 0; k <= 10; ++k) {
+        add(w.SmpX(att, k));
+        add(w.SmpY(att, k));
+    }
+    return bits;
+}
+
 // Creates and loads a page for the data as it stands, with the sink.
 template <class Page>
 void openPage(std::unique_ptr<Page>& page, RecordingSink& sink, QSize size) {

@@ -134,6 +134,36 @@ TEST_F(CategoryPageTest, OnlyALeftReleaseSetsTheOrientationWhichStaysWithTheAttr
     EXPECT_EQ(w.SmpY(0, 10).toDouble(), -1.0);
 }
 
+// Turning the ladder and turning it back gives the points back exactly:
+// levels the analyst judged, and a curve of another technique however often
+// it is turned.
+TEST_F(CategoryPageTest, TurningTheLadderBackGivesThePointsBack) {
+    WizardData& w = wizardData();
+    open();
+    w.SmpY(0, 2) = 0.14;  // the levels at 4 and 8 of 0 .. 64, judged
+    w.SmpY(0, 3) = 0.225;
+    w.VFunType(0) = std::int16_t(1);
+    w.VFTechniqueID(0) = std::int16_t(kCategoryIdentification);
+    choose("cmbAttributes", 0);
+    auto judged = functionBits(0);
+    release(option("optMaxToMin"), Qt::LeftButton);
+    EXPECT_NE(functionBits(0), judged);
+    release(option("optMinToMax"), Qt::LeftButton);
+    EXPECT_EQ(functionBits(0), judged);
+
+    w.VFTechniqueID(1) = std::int16_t(kDirectRating);
+    w.VFunType(1) = std::int16_t(1);
+    const double rated[5] = {1, 0.6, 0.35, 0.15, 0};
+    for (int k = 0; k < 5; ++k) w.SmpY(1, k) = rated[k];
+    choose("cmbAttributes", 1);
+    judged = functionBits(1);
+    for (int turn = 0; turn < 3; ++turn) {
+        release(option("optMaxToMin"), Qt::LeftButton);
+        release(option("optMinToMax"), Qt::LeftButton);
+        EXPECT_EQ(functionBits(1), judged) << turn;
+    }
+}
+
 // Refilling the attribute list raises the list's own events; while the
 // load, Linear, Restore or a release runs they must not switch attributes.
 TEST_F(CategoryPageTest, TheAttributeListIsIgnoredWhileTheBusyFlagIsSet) {

@@ -34,6 +34,20 @@ protected:
     static int funType(int att) { return wizardData().VFunType(att).toInteger(); }
 };
 
+// A press that moves the mark only across (along the score, which it
+// cannot change) is no judgment.
+TEST_F(CurveDrawingTest, APressWithAJiggleAcrossTheScaleChangesNothing) {
+    open();
+    choose("cmbSmpSize", 1);  // seven points: 0.1667 is the first inner value
+    const auto before = functionBits(0);
+    const QPointF grab(mark(1)->width() / 2.0, mark(1)->height() / 2.0);
+    sendMouse(mark(1), QEvent::MouseButtonPress, grab, Qt::LeftButton, Qt::LeftButton);
+    sendMouse(mark(1), QEvent::MouseMove, grab + QPointF(2, 0), Qt::NoButton, Qt::LeftButton);
+    sendMouse(mark(1), QEvent::MouseButtonRelease, grab + QPointF(2, 0), Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(functionBits(0), before);
+    EXPECT_EQ(funType(0), 0);
+}
+
 // The marks stand on the curve at any chart size. Rising and falling
 // preferences read the chart the same way: the height is the value. A move past a neighbour stops 0.025 inside it, on the point's
 // own side; every move marks the function as changed.

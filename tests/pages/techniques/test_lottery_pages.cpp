@@ -123,6 +123,22 @@ TEST_F(VarCTest, EvenChancesBetweenTheTableRowsOutcomes) {
     }
 }
 
+// A curve of another technique is resampled onto the halvings when it is
+// first shown; showing it again changes nothing.
+TEST_F(VarCTest, ShowingAnAttributeAgainKeepsItsResampledCurve) {
+    WizardData& w = wizardData();
+    w.VFunType(0) = std::int16_t(1);
+    w.VFTechniqueID(0) = std::int16_t(kDirectRating);
+    const double rated[5] = {0, 0.4, 0.65, 0.85, 1};
+    for (int k = 0; k < 5; ++k) w.SmpY(0, k) = rated[k];
+    open();
+    EXPECT_EQ(score(x(0, 1)), "13.60");
+    EXPECT_EQ(score(x(0, 3)), "60.80");
+    const auto shown = functionBits(0);
+    for (int att : {1, 0, 2, 0, 1, 0, 2, 0}) choose("cmbAttributes", att);
+    EXPECT_EQ(functionBits(0), shown);
+}
+
 TEST_F(VarCTest, OpensEveryStoredSizeAtATableSize) {
     const struct { std::int16_t stored; std::int16_t worked; } cases[] = {{5, 5}, {7, 9}, {9, 9}, {11, 9}, {3, 5}};
     for (const auto& c : cases) {

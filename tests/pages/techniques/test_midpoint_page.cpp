@@ -167,6 +167,15 @@ TEST_F(MidPointTest, AReleaseJudgesTheMovedSliderAndARefusalKeepsTheFunction) {
     EXPECT_EQ(slider()->value(), 601);
     EXPECT_EQ(w().SmpX(0, 2).toDouble(), 30.05);
     EXPECT_TRUE(messages.empty());
+
+    // Redrawing on the way to another attribute and back, and Back and Next
+    // through the settings step, leave the judged score as it was judged.
+    choose("cmbAttributes", 1);
+    choose("cmbAttributes", 0);
+    w().AttProperty = w().AttPropertyCopy;
+    PrepareWorkingArrays();
+    open();
+    EXPECT_EQ(w().ScoreMiddle(0).toDouble(), 30.05);
 }
 
 TEST_F(MidPointTest, TheRiskAttitudeFollowsTheJudgedScore) {

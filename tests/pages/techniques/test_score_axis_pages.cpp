@@ -208,6 +208,33 @@ TEST_F(BisectionTest, OnlyFiveOrNinePoints) {
     }
 }
 
+// Only a move along the score bar is a judgment: a press with a jiggle
+// across it, or a drag that comes back where it began, leaves the function
+// as it was. The arrow keys move a mark that lies closer to its neighbour
+// than a mark's width away from that neighbour.
+TEST_F(BisectionTest, APressThatDoesNotMoveAlongTheBarChangesNothing) {
+    WizardData& w = wizardData();
+    open();
+    choose("cmbSmpSize", 1);  // nine points: 12.5, 25, 37.5, ...
+    const auto before = functionBits(0);
+    press(3);
+    send(3, QEvent::MouseMove, kGrab + QPointF(0, 2), Qt::NoButton, Qt::LeftButton);
+    send(3, QEvent::MouseButtonRelease, kGrab + QPointF(0, 2), Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(functionBits(0), before);
+    const QPointF start = mark(3)->mapToGlobal(kGrab);
+    drag(3, 45.0, false);
+    EXPECT_EQ(w.SmpX(0, 3).toDouble(), 45.0);
+    send(3, QEvent::MouseMove, mark(3)->mapFromGlobal(start), Qt::NoButton, Qt::LeftButton);
+    send(3, QEvent::MouseButtonRelease, mark(3)->mapFromGlobal(start), Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(functionBits(0), before);
+
+    w.SmpX(0, 7) = 99.5;
+    choose("cmbAttributes", 0);
+    sendKey(mark(7), Qt::Key_Left);
+    EXPECT_LT(w.SmpX(0, 7).toDouble(), 99.5);
+    EXPECT_GT(w.SmpX(0, 7).toDouble(), 87.5);
+}
+
 // The walk takes the halvings in the table's order; each judgment names
 // the two scores it halves, as they stand, and the chart shows the two
 // halves side by side.
