@@ -692,7 +692,17 @@ void TechniquePage::ShowRiskAttitude(std::int16_t att) {
     }
 }
 
-float TechniquePage::middleScore(std::int16_t att) { return ComputeScoreMiddle(att); }
+float TechniquePage::middleScore(std::int16_t att) {
+    // The exponential of a midpoint judgment is worth one half at the
+    // judged score itself; the walk of ComputeScoreMiddle would stop short
+    // of it, and showing the function on any page would move it.
+    WizardData& w = wizardData();
+    const Variant& middle = w.ScoreMiddle(att);
+    if (!isLinearType(w.VFunType(att)) && w.VFTechniqueID(att).toDouble() == static_cast<double>(kMidPoint) && !middle.isEmpty() &&
+        middle.isNumeric())
+        return csng(middle.toDouble());
+    return ComputeScoreMiddle(att);
+}
 
 // --- Common handlers ---------------------------------------------------------
 

@@ -164,8 +164,9 @@ protected:
     virtual int listIndexForSize(std::int16_t size) const;
     // cmdCUFPrint: no action unless a page gives it one.
     virtual void onPrint() {}
-    // The middle score that the risk attitude display stores and compares
-    // (ComputeScoreMiddle unless a page knows it better).
+    // The middle score that the risk attitude display stores and compares:
+    // the judged score of a midpoint exponential, otherwise
+    // ComputeScoreMiddle unless a page knows it better.
     virtual float middleScore(std::int16_t att);
     // Redraws everything for the current attribute (after load, attribute
     // change and Restore).
