@@ -19,6 +19,12 @@ inline double checkedDiv(double a, double b) {
     return checkedResult(a / b);
 }
 
+// True when two cells hold the same number of the same type (two Empty
+// cells count as the same): a cell written again with this is unchanged.
+inline bool sameCell(const Variant& a, const Variant& b) {
+    return a.type() == b.type() && a.isNumeric() && a == b;
+}
+
 // The attribute's orientation: a non-zero property copy at the selected
 // attribute means cost.
 bool isCostOriented();

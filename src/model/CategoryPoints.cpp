@@ -11,6 +11,7 @@
 #include "model/AkimaCore.h"
 #include "model/Arith.h"
 #include "model/CategoryLadder.h"
+#include "model/ScoreSequence.h"
 
 #include <kelmar/mdKelMain.h>
 
@@ -58,6 +59,7 @@ std::vector<double> readFunction(WizardData& w, std::int16_t att, std::int16_t s
         akimaCore(DoubleCells{xs.data()}, DoubleCells{ys.data()}, size, true, x, out);
         values[k] = out[4];
     }
+    KeepValuesInOrder(xs, ys, scores, values, costAttribute(w, att));
     return values;
 }
 
@@ -75,6 +77,11 @@ void layOnLadder(WizardData& w, std::int16_t att, std::int16_t n, const std::vec
                  const std::vector<double>& values) {
     const std::int16_t last = checkedSub(n, 1);
     const bool cost = costAttribute(w, att);
+    std::vector<Variant> before;
+    for (std::int16_t k = 0; k <= last; ++k) {
+        before.push_back(w.SmpX(att, k));
+        before.push_back(w.SmpY(att, k));
+    }
     for (std::int16_t k = 1; k < last; ++k) {
         store(w.SmpX(att, k), scores[static_cast<std::size_t>(k)]);
         store(w.SmpY(att, k), std::clamp(values[static_cast<std::size_t>(k)], 0.0, 1.0));
@@ -83,7 +90,14 @@ void layOnLadder(WizardData& w, std::int16_t att, std::int16_t n, const std::vec
     w.SmpX(att, last) = w.ScoreMaximum(att);
     w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
     w.SmpY(att, last) = std::int16_t(cost ? 0 : 1);
-    StoreScoreMiddle(att, ComputeScoreMiddle(att));
+    // Points laid out again where they lay keep the middle score they had.
+    for (std::int16_t k = 0; k <= last; ++k) {
+        if (!sameCell(before[2 * static_cast<std::size_t>(k)], w.SmpX(att, k)) ||
+            !sameCell(before[2 * static_cast<std::size_t>(k) + 1], w.SmpY(att, k))) {
+            StoreScoreMiddle(att, ComputeScoreMiddle(att));
+            return;
+        }
+    }
 }
 
 // The function as it stands (its first `oldSize` points) moved onto the
@@ -118,9 +132,7 @@ void putTurnCells(WizardData& w, std::int16_t att, const std::vector<Variant>& c
 }
 
 bool sameCells(const std::vector<Variant>& a, const std::vector<Variant>& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Variant& x, const Variant& y) {
-        return x.type() == y.type() && x.isNumeric() && x == y;
-    });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), sameCell);
 }
 
 }  // namespace

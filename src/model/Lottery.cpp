@@ -36,8 +36,12 @@ float ProbabilityWidth(std::int16_t& att, std::int16_t& index) {
 
 float JudgedProbability(std::int16_t& att, std::int16_t& base, float& step, std::int16_t& position) {
     const float offset = step * static_cast<float>(position);
-    const double sum = wizardData().SmpY(att, base).toDouble() + static_cast<double>(offset);
-    return std::clamp(csng(sum), 0.0f, 1.0f);
+    const double baseValue = wizardData().SmpY(att, base).toDouble();
+    float p = csng(baseValue + static_cast<double>(offset));
+    // A Single rounded below the base neighbour's value would put the
+    // point's value out of order with it: the next Single up.
+    if (static_cast<double>(p) < baseValue) p = std::nextafter(p, 2.0f);
+    return std::clamp(p, 0.0f, 1.0f);
 }
 
 void StoreJudgedValue(std::int16_t& att, std::int16_t& index, Variant& value) {

@@ -67,16 +67,6 @@ OldPoints copyOldPoints(WizardData& w, std::int16_t att, std::int16_t oldSize) {
     return old;
 }
 
-// The lower (or upper) of the two old values around score x.
-double oldValueBounds(const OldPoints& old, double x, bool upper) {
-    if (old.n < 2) return old.y.front();
-    const auto at = std::upper_bound(old.x.begin(), old.x.end(), x);
-    const std::size_t right = std::clamp<std::size_t>(static_cast<std::size_t>(at - old.x.begin()), 1,
-                                                      old.x.size() - 1);
-    const double a = old.y[right - 1], b = old.y[right];
-    return upper ? std::max(a, b) : std::min(a, b);
-}
-
 // The inner old point whose value is the level (to the last bits a Single
 // step can differ by) and whose score lies strictly between the previous
 // new score and the maximum; 0 when there is none.
@@ -88,6 +78,16 @@ int pointOnLevel(const OldPoints& old, double level, double previous, double hig
     return 0;
 }
 
+// True when att's first n points are the old points, cell for cell.
+bool unchanged(const OldPoints& old, WizardData& w, std::int16_t att, std::int16_t n) {
+    if (n != old.n) return false;
+    for (int k = 0; k < n; ++k)
+        if (!sameCell(w.SmpX(att, k), old.xCell[static_cast<std::size_t>(k)]) ||
+            !sameCell(w.SmpY(att, k), old.yCell[static_cast<std::size_t>(k)]))
+            return false;
+    return true;
+}
+
 double valueOn(const OldPoints& old, double x) {
     double out[5];
     akimaCore(DoubleCells{old.x.data()}, DoubleCells{old.y.data()}, old.n, true, x, out);
@@ -95,6 +95,23 @@ double valueOn(const OldPoints& old, double x) {
 }
 
 }  // namespace
+
+void KeepValuesInOrder(const std::vector<double>& oldX, const std::vector<double>& oldY,
+                       const std::vector<double>& scores, std::vector<double>& values, bool cost) {
+    double previous = cost ? 1.0 : 0.0;
+    for (std::size_t k = 0; k < values.size(); ++k) {
+        double v = values[k];
+        if (oldX.size() >= 2) {
+            const auto at = std::upper_bound(oldX.begin(), oldX.end(), scores[k]);
+            const std::size_t right =
+                std::clamp<std::size_t>(static_cast<std::size_t>(at - oldX.begin()), 1, oldX.size() - 1);
+            const double a = oldY[right - 1], b = oldY[right];
+            v = std::clamp(v, std::min(a, b), std::max(a, b));
+        }
+        previous = cost ? std::min(v, previous) : std::max(v, previous);
+        values[k] = std::clamp(previous, 0.0, 1.0);
+    }
+}
 
 void UpdateSamplePoints(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
     WizardData& w = wizardData();
@@ -141,21 +158,17 @@ void ResampleByScore(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
     const OldPoints old = copyOldPoints(w, att, oldSize);
     layOutScores(w, att, newSize);
     const bool cost = isCostOriented();
-    double previous = cost ? 1.0 : 0.0;
+    std::vector<double> scores, values;
     for (std::int16_t k = 1; k <= newSize - 2; ++k) {
-        // The curve through the old points may swing past them between two
-        // of them (far past on a long end interval): a new value stays
-        // between the old values around its score, and never turns back
-        // against the attribute's orientation.
-        const double x = w.SmpX(att, k).toDouble();
-        const double v = std::clamp(valueOn(old, x), oldValueBounds(old, x, false),
-                                    oldValueBounds(old, x, true));
-        previous = cost ? std::min(v, previous) : std::max(v, previous);
-        w.SmpY(att, k) = std::clamp(previous, 0.0, 1.0);
+        scores.push_back(w.SmpX(att, k).toDouble());
+        values.push_back(valueOn(old, scores.back()));
     }
+    KeepValuesInOrder(old.x, old.y, scores, values, cost);
+    for (std::int16_t k = 1; k <= newSize - 2; ++k) w.SmpY(att, k) = values[static_cast<std::size_t>(k - 1)];
     w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
     w.SmpY(att, checkedSub(newSize, 1)) = std::int16_t(cost ? 0 : 1);
-    StoreScoreMiddle(att, ComputeScoreMiddle(att));
+    // Points given back as they were keep the middle score they had.
+    if (!unchanged(old, w, att, newSize)) StoreScoreMiddle(att, ComputeScoreMiddle(att));
 }
 
 void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& oldSize) {
@@ -197,7 +210,8 @@ void ResampleByValue(std::int16_t& att, std::int16_t& newSize, std::int16_t& old
         if (!(x > previous && x < high)) x = previous + (high - previous) / (newSize - k);
         w.SmpX(att, k) = x;
     }
-    StoreScoreMiddle(att, ComputeScoreMiddle(att));
+    // Points given back as they were keep the middle score they had.
+    if (!unchanged(old, w, att, newSize)) StoreScoreMiddle(att, ComputeScoreMiddle(att));
 }
 
 void PrepareCategoryPoints(std::int16_t& att) {

@@ -15,6 +15,14 @@ namespace kelmar {
 // ends as Integers.
 void layOutEqualValues(WizardData& w, std::int16_t att, std::int16_t size);
 
+// Values read off the curve through the old points (oldX, oldY) at rising
+// scores, put in shape where the curve swings past the old points between
+// two of them: each kept between the old values around its score, none
+// turning back against the orientation (falling on a cost attribute,
+// rising on a benefit one), all within 0 .. 1.
+void KeepValuesInOrder(const std::vector<double>& oldX, const std::vector<double>& oldY,
+                       const std::vector<double>& scores, std::vector<double>& values, bool cost);
+
 // True when the values of att's SmpSize points lie on the equal steps.
 bool HasEqualValueSteps(std::int16_t& att);
 

@@ -14,8 +14,10 @@
 #include <QSlider>
 #include <QTabBar>
 #include <QTimer>
+#include <QWheelEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace kelmar::monkey {
 
@@ -42,6 +44,48 @@ bool draggable(const QWidget* w) {
 
 // The key that types `c`: a digit, a letter or a sign of the random texts.
 int keyFor(QChar c) { return c.toUpper().unicode(); }
+
+// The page's id, -1 for the function view and for no page.
+int pageIdOf(const QWidget* page) {
+    for (int id = 0; page != nullptr && id <= kSettingsPage; ++id)
+        if (page->objectName() == Monkey::formName(id)) return id;
+    return -1;
+}
+
+// The lists that show another attribute: choosing one is no judgment.
+bool attributeList(const QWidget* w) {
+    return w->objectName() == QLatin1String("cmbAttributes") || w->objectName() == QLatin1String("cmbSelAtt");
+}
+
+// The buttons whose click is a judgment.
+bool judges(const QWidget* w) {
+    static const QStringList names{QStringLiteral("cmdLinear"), QStringLiteral("cmdRestore"),
+                                   QStringLiteral("optMaxToMin"), QStringLiteral("optMinToMax")};
+    return names.contains(w->objectName());
+}
+
+// A key is a judgment unless it only moves the focus or reaches a control
+// that does not judge (a mark moves with the arrow keys only).
+bool keyJudges(const QWidget* w, int key) {
+    if (key == Qt::Key_Tab || key == Qt::Key_Escape) return false;
+    if (qobject_cast<const QAbstractButton*>(w) != nullptr) return judges(w);
+    if (qobject_cast<const QComboBox*>(w) != nullptr) return !attributeList(w);
+    if (draggable(w))
+        return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+    return true;
+}
+
+void mouse(QWidget* w, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) {
+    QMouseEvent event(type, at, w->mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(w, &event);
+}
+
+// A list choice as the analyst makes it.
+void choose(QComboBox* list, int index) {
+    QPointer<QComboBox> guard(list);
+    list->setCurrentIndex(index);
+    if (guard && index >= 0) emit list->activated(index);
+}
 
 }  // namespace
 
@@ -114,6 +158,7 @@ bool Monkey::answerMessageBox() {
 void Monkey::step() {
     if (loop_ == nullptr) return;
     if (stopping_ && !open_ && QApplication::activeModalWidget() == nullptr) {
+        settle();
         loop_->quit();
         return;
     }
@@ -121,7 +166,9 @@ void Monkey::step() {
     QTimer::singleShot(0, [this] { step(); });
     // A list's pop-up left open is closed, as Escape would.
     if (QWidget* popup = QApplication::activePopupWidget()) popup->close();
+    // A message box belongs to the event that opened it.
     if (answerMessageBox()) return;
+    settle();
     if (!open_) {
         if (!stopping_) reopen();
         return;
@@ -135,8 +182,8 @@ void Monkey::step() {
     if (stopping_) {
         // Leave the wizard: the view closes, every page has Cancel.
         auto* cancel = page->findChild<QPushButton*>(QStringLiteral("cmdCancel"));
+        begin(page->objectName() + QStringLiteral(": Cancel to end the run"));
         if (cancel != nullptr && cancel->isVisibleTo(page)) {
-            currentEvent_ = page->objectName() + QStringLiteral(": Cancel to end the run");
             click(cancel);
         } else {
             page->close();
@@ -151,11 +198,65 @@ void Monkey::step() {
 void Monkey::reopen() {
     ++sessions_;
     open_ = true;
+    rangeTyped_ = false;
     // The first session and about half of the later ones get the problem and
-    // the functions anew (a later one from the last export).
-    if (sessions_ == 1 || chance(0.5)) transfer(dll_, problem_);
-    currentEvent_ = QStringLiteral("ShowKelmar");
+    // the functions anew (a later one from the last export); the settings
+    // page must then start from exactly what the host handed over.
+    const bool handOver = sessions_ == 1 || chance(0.5);
+    begin(handOver ? QStringLiteral("ShowKelmar with the host's functions") : QStringLiteral("ShowKelmar"),
+          !handOver);
+    if (handOver) {
+        transfer(dll_, problem_);
+        pending_->expected = hostRecord(problem_);
+    }
     dll_.ShowKelmar();
+}
+
+void Monkey::begin(const QString& event, bool judgment) {
+    settle();
+    // Any event on the settings page may confirm a typed score.
+    const QWidget* page = frontPage();
+    if (rangeTyped_ && page != nullptr && page->objectName() == formName(kSettingsPage)) judgment = true;
+    Pending p{event, workingRecord(), {}, judgment};
+    p.expected = p.before;
+    pending_ = std::move(p);
+    currentEvent_ = event;
+    recent_.push_back(event);
+    if (recent_.size() > 12) recent_.pop_front();
+}
+
+void Monkey::settle() {
+    if (!pending_) return;
+    const Pending p = std::move(*pending_);
+    pending_.reset();
+    const Record now = workingRecord();
+    const WizardData& w = wizardData();
+    const QWidget* front = frontPage();
+    const int page = pageIdOf(front);
+    const int shown = w.SelAtt;
+    // These pages fit a function to their technique (size, equal value
+    // steps, ladder) when they show it.
+    const bool fitting = page == kCategoryIdentification || page == kDiffStandardSequence ||
+                         page == kBisection || page == kVariableCertainty;
+    for (int att = 0; att < w.AttNum && !p.judgment && failure_.isEmpty(); ++att) {
+        const QString change = recordChange(p.expected, now, att);
+        if (change.isEmpty()) continue;
+        const bool firstShow = fitting && (att == shown || att == p.alsoShown) &&
+                               shown_.count({page, att}) == 0 && pointsChanged(p.before, now, att);
+        if (!firstShow)
+            finish(QStringLiteral("after %1 (%2 in front): attribute %3 (%4) changed without a judgment: %5")
+                       .arg(p.event, front != nullptr ? front->objectName() : QStringLiteral("no page"))
+                       .arg(att)
+                       .arg(w.AttName(att).toString(), change));
+    }
+    for (int att = 0; att < w.AttNum; ++att) {
+        if (recordChange(p.before, now, att).isEmpty()) continue;
+        for (int t = 0; t < kSettingsPage; ++t) shown_.erase({t, att});
+    }
+    if (page >= 0 && page < kSettingsPage) {
+        shown_.insert({page, shown});
+        if (p.alsoShown >= 0) shown_.insert({page, p.alsoShown});
+    }
 }
 
 void Monkey::chooseTarget() {
@@ -169,13 +270,12 @@ void Monkey::chooseTarget() {
 
 bool Monkey::steer(QWidget* page) {
     const QString name = page->objectName();
-    int id = -1;
-    for (int k = 0; k <= 8; ++k)
-        if (name == formName(k)) id = k;
+    const int id = pageIdOf(page);
+    const auto named = [page](const char* n) { return page->findChild<QWidget*>(QString::fromLatin1(n)); };
     if (id == -1) {
         // The function view: closed again.
-        auto* ok = page->findChild<QPushButton*>(QStringLiteral("cmdOK"));
-        currentEvent_ = name + QStringLiteral(": close");
+        QWidget* ok = named("cmdOK");
+        begin(name + QStringLiteral(": close"));
         if (ok != nullptr) {
             click(ok);
         } else {
@@ -183,23 +283,28 @@ bool Monkey::steer(QWidget* page) {
         }
         return true;
     }
-    if (id == target_ && budget_ <= 0) chooseTarget();
-    if (id == target_) return false;
-    // Off the target, about every other step heads for it.
-    if (!chance(0.5)) return false;
-
-    const auto named = [page](const char* n) { return page->findChild<QWidget*>(QString::fromLatin1(n)); };
-    if (id != 8) {
-        currentEvent_ = name + QStringLiteral(": Back towards ") + formName(target_);
-        if (QWidget* back = named("cmdBack")) click(back);
-        return true;
-    }
     int panel = 0;
     for (int i = 0; i < 3; ++i) {
         QWidget* p = page->findChild<QWidget*>(QStringLiteral("picPanel_%1").arg(i));
         if (p != nullptr && p->isVisibleTo(page)) panel = i;
     }
-    currentEvent_ = name + QStringLiteral(": Next on panel %1 towards ").arg(panel) + formName(target_);
+    // Back from a technique page is followed by Next to the same page.
+    if (const int back = std::exchange(returnTo_, -1); back >= 0 && id == kSettingsPage && panel == 2) {
+        begin(name + QStringLiteral(": Next back to ") + formName(back));
+        click(named("cmdNext"));
+        return true;
+    }
+    if (id == target_ && budget_ <= 0) chooseTarget();
+    if (id == target_) return false;
+    // Off the target, about every other step heads for it.
+    if (!chance(0.5)) return false;
+
+    if (id != kSettingsPage) {
+        begin(name + QStringLiteral(": Back towards ") + formName(target_));
+        if (QWidget* back = named("cmdBack")) click(back);
+        return true;
+    }
+    begin(name + QStringLiteral(": Next on panel %1 towards ").arg(panel) + formName(target_));
     if (panel == 2) {
         if (auto* tabs = page->findChild<QTabBar*>(QStringLiteral("tsTechniques"))) {
             const int tab = target_ < 4 ? 0 : 1;
@@ -212,35 +317,53 @@ bool Monkey::steer(QWidget* page) {
 }
 
 void Monkey::randomEvent(QWidget* page) {
+    const bool technique = pageIdOf(page) >= 0 && pageIdOf(page) < kSettingsPage;
     std::vector<QWidget*> buttons, exits, options, tabs, lists, boxes, sliders, marks, charts, keyed;
+    std::vector<QWidget*> pointed, attributes, turns, backs;
     for (QWidget* w : page->findChildren<QWidget*>()) {
         if (w->window() != page || !w->isVisibleTo(page) || !w->isEnabled()) continue;
+        const QString name = w->objectName();
         if (auto* b = qobject_cast<QPushButton*>(w)) {
             // The print button would send the page to the printer.
-            if (b->objectName() == QLatin1String("cmdCUFPrint")) continue;
+            if (name == QLatin1String("cmdCUFPrint")) continue;
             (leavesThePage(b) ? exits : buttons).push_back(b);
+            if (technique && name == QLatin1String("cmdBack")) backs.push_back(b);
         } else if (qobject_cast<QRadioButton*>(w) != nullptr || qobject_cast<QCheckBox*>(w) != nullptr) {
             options.push_back(w);
+            // The orientation turned and turned back needs one of the two set.
+            auto* other = page->findChild<QRadioButton*>(QStringLiteral("optMinToMax"));
+            if (name == QLatin1String("optMaxToMin") && other != nullptr &&
+                static_cast<QRadioButton*>(w)->isChecked() != other->isChecked())
+                turns.push_back(w);
         } else if (qobject_cast<QTabBar*>(w) != nullptr) {
             tabs.push_back(w);
-        } else if (qobject_cast<QComboBox*>(w) != nullptr) {
+        } else if (auto* list = qobject_cast<QComboBox*>(w)) {
             lists.push_back(w);
+            pointed.push_back(w);
+            if (attributeList(w) && list->count() >= 2) attributes.push_back(w);
         } else if (auto* e = qobject_cast<QLineEdit*>(w); e != nullptr && !e->isReadOnly()) {
             boxes.push_back(w);
         } else if (qobject_cast<QSlider*>(w) != nullptr) {
             sliders.push_back(w);
+            pointed.push_back(w);
         } else if (draggable(w)) {
             marks.push_back(w);
+            pointed.push_back(w);
         } else if (w->inherits("kelmar::DrawSurface")) {
             charts.push_back(w);
+            pointed.push_back(w);
         }
         if (w->focusPolicy() & Qt::TabFocus) keyed.push_back(w);
     }
-    enum Kind { Button, Exit, Option, Tab, List, Box, Slider, Mark, Chart, Key, Close };
+    enum Kind { Button, Exit, Option, Tab, List, Box, Slider, Mark, Chart, Key, Close,
+                Hover, Wheel, Jiggle, Attribute, Orientation, BackNext };
     const struct { Kind kind; double weight; const std::vector<QWidget*>* from; } kinds[] = {
-        {Button, 3, &buttons}, {Exit, 0.3, &exits},  {Option, 2, &options}, {Tab, 1, &tabs},
-        {List, 2, &lists},     {Box, 3, &boxes},     {Slider, 2, &sliders}, {Mark, 6, &marks},
-        {Chart, 1.5, &charts}, {Key, 3, &keyed},     {Close, 0.02, nullptr},
+        {Button, 3, &buttons},   {Exit, 0.3, &exits},       {Option, 2, &options},
+        {Tab, 1, &tabs},         {List, 2, &lists},         {Box, 3, &boxes},
+        {Slider, 2, &sliders},   {Mark, 6, &marks},         {Chart, 1, &charts},
+        {Key, 3, &keyed},        {Close, 0.02, nullptr},    {Hover, 1, &pointed},
+        {Wheel, 1, &pointed},    {Jiggle, 2, &marks},       {Attribute, 1, &attributes},
+        {Orientation, 1, &turns}, {BackNext, 0.4, &backs},
     };
     double total = 0;
     for (const auto& k : kinds)
@@ -259,48 +382,73 @@ void Monkey::randomEvent(QWidget* page) {
     }
     // Closing a technique page's window leaves the wizard without a page in
     // front; only the settings page's window is closed.
-    if (kind == Close && page->objectName() != formName(8)) kind = Key, w = page;
+    if (kind == Close && technique) kind = Key, w = page;
 
-    const QString where = page->objectName() + QStringLiteral(": ") + w->objectName() +
-                          QStringLiteral(" (") + QString::fromLatin1(w->metaObject()->className()) +
-                          QStringLiteral(")");
-    currentEvent_ = where;
+    const QString where = QStringLiteral("%1 (attribute %2): %3 (%4)")
+                              .arg(page->objectName())
+                              .arg(wizardData().SelAtt)
+                              .arg(w->objectName(), QString::fromLatin1(w->metaObject()->className()));
+    QPointer<QWidget> guard(w);
+    // A slider that moves is a judgment, whatever the page makes of it.
+    QMetaObject::Connection moved;
+    if (auto* slider = qobject_cast<QSlider*>(w); slider != nullptr && (kind == Slider || kind == Key))
+        moved = QObject::connect(slider, &QSlider::valueChanged, [this] { judged(); });
     switch (kind) {
     case Button:
     case Exit:
-    case Option:
-        click(w, chance(0.95) ? Qt::LeftButton : Qt::RightButton);
+    case Option: {
+        const Qt::MouseButton button = chance(0.95) ? Qt::LeftButton : Qt::RightButton;
+        begin(where + QStringLiteral(" click"), button == Qt::LeftButton && judges(w));
+        click(w, button);
         break;
+    }
     case Tab: {
         auto* bar = static_cast<QTabBar*>(w);
-        clickAt(bar, bar->tabRect(pick(bar->count())).center());
+        const int tab = pick(bar->count());
+        begin(where + QStringLiteral(" tab %1").arg(tab));
+        clickAt(bar, bar->tabRect(tab).center());
         break;
     }
     case List: {
         auto* list = static_cast<QComboBox*>(w);
         const int index = list->count() > 0 ? pick(list->count()) : -1;
-        currentEvent_ = where + QStringLiteral(" choose %1").arg(index);
-        QPointer<QComboBox> guard(list);
-        list->setCurrentIndex(index);
-        if (guard && index >= 0) emit list->activated(index);
+        const int was = list->currentIndex();
+        begin(where + QStringLiteral(" choose %1").arg(index), !attributeList(w));
+        choose(list, index);
+        // Another attribute fills the score boxes anew; the same one keeps
+        // what was typed.
+        if (guard && w->objectName() == QLatin1String("cmbSelAtt") && index != was) rangeTyped_ = false;
         break;
     }
-    case Box:
-        typeInto(w);
+    case Box: {
+        const QString text = randomText();
+        begin(where + QStringLiteral(" typed \"%1\"").arg(text), true);
+        rangeTyped_ = true;
+        typeInto(w, text);
         break;
+    }
     case Slider:
         if (chance(0.5)) {
             const int keys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_PageUp, Qt::Key_PageDown,
                                 Qt::Key_Home, Qt::Key_End};
-            key(w, keys[pick(6)]);
+            const int k = keys[pick(6)];
+            begin(where + QStringLiteral(" key %1").arg(k, 0, 16));
+            key(w, k);
         } else {
+            begin(where + QStringLiteral(" drag"));
             drag(w, Qt::LeftButton);
         }
         break;
-    case Mark:
-        drag(w, chance(0.9) ? Qt::LeftButton : Qt::RightButton);
+    case Mark: {
+        const Qt::MouseButton button = chance(0.9) ? Qt::LeftButton : Qt::RightButton;
+        // Only the left button moves a mark.
+        begin(where + (button == Qt::LeftButton ? QStringLiteral(" drag") : QStringLiteral(" right drag")),
+              button == Qt::LeftButton);
+        drag(w, button);
         break;
+    }
     case Chart:
+        begin(where + QStringLiteral(" drag"));
         drag(w, Qt::LeftButton);
         break;
     case Key: {
@@ -316,23 +464,73 @@ void Monkey::randomEvent(QWidget* page) {
         const Qt::KeyboardModifiers mods = m < 0.7 ? Qt::NoModifier
                                            : m < 0.9 ? Qt::ShiftModifier
                                                      : Qt::ControlModifier;
-        currentEvent_ = where + QStringLiteral(" key %1").arg(k.key, 0, 16);
+        begin(where + QStringLiteral(" key %1").arg(k.key, 0, 16),
+              qobject_cast<QSlider*>(w) == nullptr && keyJudges(w, k.key));
+        // A key in a score box edits the score that Next will take.
+        if (qobject_cast<QLineEdit*>(w) != nullptr) rangeTyped_ = true;
         key(w, k.key, mods, QString::fromLatin1(k.text));
         break;
     }
     case Close:
-        currentEvent_ = page->objectName() + QStringLiteral(": close the window");
+        begin(page->objectName() + QStringLiteral(": close the window"));
         page->close();
         break;
+    case Hover:
+        begin(where + QStringLiteral(" hover"));
+        for (int i = 1 + pick(3); i > 0 && guard; --i)
+            mouse(w, QEvent::MouseMove, QPointF(uniform(0, w->width()), uniform(0, w->height())),
+                  Qt::NoButton, Qt::NoButton);
+        break;
+    case Wheel: {
+        const QPointF over(uniform(0, w->width()), uniform(0, w->height()));
+        const int delta = chance(0.5) ? 120 : -120;
+        begin(where + QStringLiteral(" wheel %1").arg(delta));
+        QWheelEvent wheel(over, w->mapToGlobal(over), QPoint(), QPoint(0, delta), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(w, &wheel);
+        break;
     }
+    case Jiggle:
+        begin(where + QStringLiteral(" press with a jiggle"));
+        jiggle(w);
+        break;
+    case Attribute: {
+        // Another attribute and then the first one again.
+        auto* list = static_cast<QComboBox*>(w);
+        const int first = list->currentIndex();
+        int other = pick(list->count() - 1);
+        if (other >= first) ++other;
+        begin(where + QStringLiteral(" choose %1 and %2 again").arg(other).arg(first));
+        pending_->alsoShown = other;
+        choose(list, other);
+        if (guard) choose(list, first);
+        if (guard && w->objectName() == QLatin1String("cmbSelAtt")) rangeTyped_ = false;
+        break;
+    }
+    case Orientation: {
+        QWidget* minToMax = page->findChild<QWidget*>(QStringLiteral("optMinToMax"));
+        QWidget* on = static_cast<QRadioButton*>(w)->isChecked() ? w : minToMax;
+        QWidget* off = on == w ? minToMax : w;
+        begin(where + QStringLiteral(" orientation %1 and back").arg(off->objectName()));
+        QPointer<QWidget> back(on);
+        click(off);
+        if (back) click(on);
+        break;
+    }
+    case BackNext:
+        begin(where + QStringLiteral(" Back, to come back with Next"));
+        returnTo_ = pageIdOf(page);
+        click(w);
+        break;
+    }
+    QObject::disconnect(moved);
 }
 
 void Monkey::afterEvent(const QString& pageName) {
+    settle();
     ++total_;
     ++counts_[pageName];
     if (pageName == formName(target_)) --budget_;
-    recent_.push_back(currentEvent_);
-    if (recent_.size() > 12) recent_.pop_front();
 
     const QString broken = brokenRule();
     if (!broken.isEmpty()) finish(QStringLiteral("after %1: %2").arg(currentEvent_, broken));
@@ -351,15 +549,6 @@ void Monkey::afterEvent(const QString& pageName) {
 }
 
 // --- Input ---------------------------------------------------------------------
-
-namespace {
-
-void mouse(QWidget* w, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) {
-    QMouseEvent event(type, at, w->mapToGlobal(at), button, held, Qt::NoModifier);
-    QApplication::sendEvent(w, &event);
-}
-
-}  // namespace
 
 void Monkey::clickAt(QWidget* w, QPoint at, Qt::MouseButton button) {
     QPointer<QWidget> guard(w);
@@ -388,6 +577,22 @@ void Monkey::drag(QWidget* w, Qt::MouseButton button) {
         mouse(w, QEvent::MouseMove, pos, Qt::NoButton, button);
     }
     if (guard) mouse(w, QEvent::MouseButtonRelease, pos, button, Qt::NoButton);
+}
+
+void Monkey::jiggle(QWidget* w) {
+    // A press that strays a pixel or three across the mark's scale, which
+    // runs up and down on a mark with the vertical pointer.
+    QPointer<QWidget> guard(w);
+    const bool upright = w->cursor().shape() == Qt::SizeVerCursor;
+    const QPointF start = QPointF(w->rect().center());
+    QPointF pos = start;
+    mouse(w, QEvent::MouseButtonPress, pos, Qt::LeftButton, Qt::LeftButton);
+    for (int i = pick(3); i > 0 && guard; --i) {
+        const double off = (1 + pick(3)) * (chance(0.5) ? 1.0 : -1.0);
+        pos = start + (upright ? QPointF(off, 0) : QPointF(0, off));
+        mouse(w, QEvent::MouseMove, pos, Qt::NoButton, Qt::LeftButton);
+    }
+    if (guard) mouse(w, QEvent::MouseButtonRelease, pos, Qt::LeftButton, Qt::NoButton);
 }
 
 void Monkey::key(QWidget* w, int k, Qt::KeyboardModifiers modifiers, const QString& text) {
@@ -427,7 +632,7 @@ QString Monkey::randomText() {
     }
 }
 
-void Monkey::typeInto(QWidget* w) {
+void Monkey::typeInto(QWidget* w, const QString& text) {
     auto* box = static_cast<QLineEdit*>(w);
     QPointer<QLineEdit> guard(box);
     box->setFocus(Qt::MouseFocusReason);
@@ -438,8 +643,6 @@ void Monkey::typeInto(QWidget* w) {
     const int length = static_cast<int>(box->text().size());
     for (int i = length > 8 ? length : pick(length + 1); i > 0 && guard; --i)
         key(box, Qt::Key_Backspace);
-    const QString text = randomText();
-    currentEvent_ += QStringLiteral(" typed \"%1\"").arg(text);
     for (QChar c : text) {
         if (!guard) return;
         key(box, keyFor(c), Qt::NoModifier, QString(c));

@@ -6,6 +6,11 @@
 // text boxes, sliders, point marks and charts. Pages are shown modally, so the
 // run is a chain of single-shot timers: each step schedules the next before
 // it acts, and the next one fires inside whatever modal loop the step opens.
+//
+// Every event is a judgment (a mark, slider or typed answer moved, Linear,
+// Restore, a sample size or value range chosen) or not. An event that is not
+// must leave every function record as it was, to the bit; it is checked when
+// the event returns or, when it opens a page, at the first step on that page.
 #pragma once
 
 #include "MonkeyHost.h"
@@ -15,7 +20,9 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <random>
+#include <set>
 
 class QEventLoop;
 class QWidget;
@@ -40,6 +47,15 @@ public:
     static QString formName(int pageId);
 
 private:
+    // An event whose effect on the functions is still to be checked.
+    struct Pending {
+        QString event;     // what was done, on which page
+        Record before;     // the functions before it
+        Record expected;   // what it must leave: before, or the host's record
+        bool judgment = false;
+        int alsoShown = -1;  // an attribute shown on the way
+    };
+
     void step();
     void finish(const QString& failure);
     QWidget* frontPage() const;
@@ -49,14 +65,18 @@ private:
     void randomEvent(QWidget* page);
     void afterEvent(const QString& event);
     void chooseTarget();
+    void begin(const QString& event, bool judgment = false);
+    void judged() { if (pending_) pending_->judgment = true; }
+    void settle();
 
     // Input.
     void click(QWidget* w, Qt::MouseButton button = Qt::LeftButton);
     void clickAt(QWidget* w, QPoint at, Qt::MouseButton button = Qt::LeftButton);
     void drag(QWidget* w, Qt::MouseButton button);
+    void jiggle(QWidget* mark);
     void key(QWidget* w, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
              const QString& text = {});
-    void typeInto(QWidget* box);
+    void typeInto(QWidget* box, const QString& text);
     QString randomText();
 
     int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng_); }
@@ -82,6 +102,14 @@ private:
     std::map<QString, int> counts_;
     std::deque<QString> recent_;  // the last events, for the report
     QString currentEvent_;
+
+    std::optional<Pending> pending_;
+    // (technique page, attribute): the page has shown the attribute's
+    // function as it stands. A page may fit a function to its technique the
+    // first time it shows it, never again.
+    std::set<std::pair<int, int>> shown_;
+    bool rangeTyped_ = false;  // a score box of the settings page was typed into
+    int returnTo_ = -1;        // the technique page that Back left, for Next
 };
 
 }  // namespace kelmar::monkey

@@ -1,6 +1,8 @@
 #include "MonkeyHost.h"
 
+#include <array>
 #include <cmath>
+#include <cstring>
 
 namespace kelmar::monkey {
 
@@ -120,18 +122,126 @@ QString brokenRule() {
                 return describe(att, "the last point is off the maximum");
             // The category page keeps its orientation in slot 10.
             const bool slot10 = w.VFTechniqueID(att).toInteger() == kCategoryIdentification;
+            // The orientation as the pages read it: the copy once the
+            // settings step has made it.
+            const VariantArray& property =
+                w.AttPropertyCopy.isAllocated() ? w.AttPropertyCopy : w.AttProperty;
+            const bool cost = property(att).toDouble() != 0.0;
             for (int k = 0; k < n; ++k) {
                 if (k > 0 && !(w.SmpX(att, k).toDouble() > w.SmpX(att, k - 1).toDouble()))
                     return describe(att, "scores not strictly increasing");
+                if (k == 10 && slot10) continue;
                 const double y = w.SmpY(att, k).toDouble();
-                if (!(k == 10 && slot10) && !(y >= 0.0 && y <= 1.0))
-                    return describe(att, "a value outside 0 .. 1");
+                if (!(y >= 0.0 && y <= 1.0)) return describe(att, "a value outside 0 .. 1");
+                const double previous = k > 0 ? w.SmpY(att, k - 1).toDouble() : y;
+                if (cost ? y > previous : y < previous)
+                    return describe(att, cost ? "a value rising on a cost attribute"
+                                              : "a value falling on a benefit attribute");
             }
         }
     } catch (const RuntimeError& e) {
         return QStringLiteral("the wizard data cannot be read: ") + e.description();
     }
     return {};
+}
+
+namespace {
+
+constexpr int kCells = 32;  // per attribute: SmpSize, 11 x, 11 y, the nine below
+const char* const kNames[] = {"SmpSize",  "SmpX",     "SmpY",         "VFunType",    "VFTechniqueID",
+                              "VFunParA", "VFunParB", "VFunParC",     "VFunParD",    "ScoreMinimum",
+                              "ScoreMiddle", "ScoreMaximum"};
+using RecordArrays = std::array<const VariantArray*, 12>;  // in the order of kNames
+
+// A cell that the array does not hold: an array in a cell, which no record has.
+Variant cell(const VariantArray& a, int att, int k = -1) {
+    if (a.dimensions() != (k < 0 ? 1 : 2) || att < a.lbound(1) || att > a.ubound(1) ||
+        (k >= 0 && (k < a.lbound(2) || k > a.ubound(2))))
+        return Variant(VariantArray());
+    return k < 0 ? a(att) : a(att, k);
+}
+
+Record collect(const RecordArrays& r, int attNum) {
+    Record record;
+    record.cells.reserve(static_cast<std::size_t>(attNum * kCells));
+    for (int att = 0; att < attNum; ++att) {
+        record.cells.push_back(cell(*r[0], att));
+        for (int k = 0; k <= 10; ++k) record.cells.push_back(cell(*r[1], att, k));
+        for (int k = 0; k <= 10; ++k) record.cells.push_back(cell(*r[2], att, k));
+        for (std::size_t i = 3; i < r.size(); ++i) record.cells.push_back(cell(*r[i], att));
+    }
+    return record;
+}
+
+QString cellName(int att, int i) {
+    if (i == 0 || i > 22)
+        return QStringLiteral("%1(%2)").arg(QLatin1String(kNames[i == 0 ? 0 : i - 20])).arg(att);
+    return QStringLiteral("%1(%2, %3)")
+        .arg(QLatin1String(kNames[i <= 11 ? 1 : 2]))
+        .arg(att)
+        .arg((i - 1) % 11);
+}
+
+bool sameBits(const Variant& a, const Variant& b) {
+    if (a.type() != b.type()) return false;
+    if (a.type() == Variant::Type::Double) {
+        const double x = a.toDouble(), y = b.toDouble();
+        return std::memcmp(&x, &y, sizeof x) == 0;
+    }
+    if (a.type() == Variant::Type::Single) {
+        const float x = a.toSingle(), y = b.toSingle();
+        return std::memcmp(&x, &y, sizeof x) == 0;
+    }
+    return a.isArray() || a.toString() == b.toString();
+}
+
+QString cellText(const Variant& v) {
+    static const char* const types[] = {"Empty",  "Boolean", "Integer", "Long",
+                                        "Single", "Double",  "String",  "no cell"};
+    const QString value = v.type() == Variant::Type::Double   ? QString::number(v.toDouble(), 'g', 17)
+                          : v.type() == Variant::Type::Single ? QString::number(v.toSingle(), 'g', 9)
+                          : v.isArray()                       ? QString()
+                                                              : QStringLiteral("\"%1\"").arg(v.toString());
+    return QStringLiteral("%1 %2").arg(QLatin1String(types[static_cast<int>(v.type())]), value).trimmed();
+}
+
+// The first differing cell of att among cells from .. to - 1, or -1.
+int firstChange(const Record& before, const Record& after, int att, int from, int to) {
+    for (int i = from; i < to; ++i) {
+        const auto at = static_cast<std::size_t>(att * kCells + i);
+        const bool inBefore = at < before.cells.size(), inAfter = at < after.cells.size();
+        if (inBefore != inAfter || (inBefore && !sameBits(before.cells[at], after.cells[at]))) return i;
+    }
+    return -1;
+}
+
+}  // namespace
+
+Record workingRecord() {
+    const WizardData& w = wizardData();
+    return collect({&w.SmpSize, &w.SmpX, &w.SmpY, &w.VFunType, &w.VFTechniqueID, &w.VFunParA, &w.VFunParB,
+                    &w.VFunParC, &w.VFunParD, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum},
+                   w.AttNum);
+}
+
+Record hostRecord(const Problem& p) {
+    return collect({&p.smpSize, &p.smpX, &p.smpY, &p.funType, &p.techniqueId, &p.parA, &p.parB, &p.parC,
+                    &p.parD, &p.scoreMinimum, &p.scoreMiddle, &p.scoreMaximum},
+                   p.attNum);
+}
+
+QString recordChange(const Record& before, const Record& after, int att) {
+    const int i = firstChange(before, after, att, 0, kCells);
+    if (i < 0) return {};
+    const auto at = static_cast<std::size_t>(att * kCells + i);
+    const auto text = [at](const Record& r) {
+        return at < r.cells.size() ? cellText(r.cells[at]) : QStringLiteral("no attribute");
+    };
+    return QStringLiteral("%1 was %2, is %3").arg(cellName(att, i), text(before), text(after));
+}
+
+bool pointsChanged(const Record& before, const Record& after, int att) {
+    return firstChange(before, after, att, 0, 23) >= 0;
 }
 
 void MonkeyHost::UnloadKelmar() {

@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <vector>
 
 namespace kelmar::monkey {
 
@@ -34,8 +35,22 @@ void transfer(KelmarDll& dll, Problem& p);
 // The first broken rule of the wizard data, or an empty text when every
 // attribute's function is sound: the range only widened, point 0 on the
 // minimum and the last point on the maximum, scores strictly increasing,
-// values within 0 .. 1.
+// values within 0 .. 1 and never against the attribute's orientation.
 QString brokenRule();
+
+// Every cell of every attribute's function record, kept to the bit: per
+// attribute SmpSize, SmpX and SmpY 0 .. 10, VFunType, VFTechniqueID,
+// VFunParA .. VFunParD, ScoreMinimum, ScoreMiddle, ScoreMaximum.
+struct Record {
+    std::vector<Variant> cells;
+};
+Record workingRecord();
+Record hostRecord(const Problem& p);
+// The first cell of attribute att that differs in type or in any bit, with
+// both contents, or an empty text.
+QString recordChange(const Record& before, const Record& after, int att);
+// True when attribute att's sample size or points differ.
+bool pointsChanged(const Record& before, const Record& after, int att);
 
 // Records what reaches the host and keeps the last export as the host's
 // functions for a later session.

@@ -57,6 +57,18 @@ QPushButton* makeButton(QWidget* parent, const char* name, const QString& captio
     return button;
 }
 
+// Swallows the wheel events of the widget it is installed on.
+class WheelStop : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        Q_UNUSED(watched)
+        return event->type() == QEvent::Wheel;
+    }
+};
+
 }  // namespace
 
 // --- MarkImageList -----------------------------------------------------------
@@ -361,9 +373,13 @@ void TechniquePage::buildControls() {
     // Handlers. Every one runs guarded: a run-time error ends it.
     connect(cmbAttributes, &QComboBox::activated, this,
             [this](int index) { handle([this, index] { onAttributeChosen(index); }); });
-    if (cmbSmpSize != nullptr)
+    if (cmbSmpSize != nullptr) {
         connect(cmbSmpSize, &QComboBox::activated, this,
                 [this](int index) { handle([this, index] { onSampleSizeChosen(index); }); });
+        // A sample size is a judgment: it is chosen from the list or with
+        // the keys, never by a wheel turned while the pointer passes over.
+        cmbSmpSize->installEventFilter(new WheelStop(cmbSmpSize));
+    }
     if (cmdLinear != nullptr)
         connect(cmdLinear, &QPushButton::clicked, this, [this] { handle([this] { onLinear(); }); });
     if (cmdRestore != nullptr)
@@ -547,16 +563,31 @@ void TechniquePage::putFunctionCells(std::int16_t att, const std::vector<Variant
     }
 }
 
+bool TechniquePage::sameCells(const std::vector<Variant>& a, const std::vector<Variant>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), sameCell);
+}
+
+void TechniquePage::showFunction(const std::function<void()>& redraw) {
+    if (showing_) {
+        redraw();
+        return;
+    }
+    showing_ = true;
+    shownCells_ = functionCells(currentAttribute());
+    try {
+        redraw();
+    } catch (...) {
+        showing_ = false;
+        throw;
+    }
+    showing_ = false;
+}
+
 bool TechniquePage::keepUnlessMoved(int index, QPointF pos) {
     const std::int16_t att = currentAttribute();
     const QPointF screen = picScorePoint.at(static_cast<std::size_t>(index))->mapToGlobal(pos);
     if (scaleCoordinate(screen) != downAlong_ || pressed_.att != att) return true;
-    const std::vector<Variant> now = functionCells(att);
-    const bool changed = !std::equal(now.begin(), now.end(), pressed_.cells.begin(), pressed_.cells.end(),
-                                     [](const Variant& a, const Variant& b) {
-                                         return a.type() == b.type() && a.isNumeric() && a == b;
-                                     });
-    if (changed) {
+    if (!sameCells(functionCells(att), pressed_.cells)) {
         // Moved away and back: what the steps on the way wrote goes.
         putFunctionCells(att, pressed_.cells);
         drawRatingChart();
@@ -674,7 +705,8 @@ void TechniquePage::ShowRiskAttitude(std::int16_t att) {
         }
     };
 
-    StoreScoreMiddle(att, middleScore(att));
+    if (!showing_ || att != currentAttribute() || !sameCells(functionCells(att), shownCells_))
+        StoreScoreMiddle(att, middleScore(att));
     if (isLinearType(w.VFunType(att))) {
         highlight(1);
         return;
@@ -713,7 +745,7 @@ void TechniquePage::onLoad() {
         cmbSmpSize->clear();
         cmbSmpSize->addItems(sampleSizeEntries());
     }
-    refreshPage();
+    showFunction([this] { refreshPage(); });
     raiseSendMasseges(QStringLiteral("Specify single-attribute value functions."));
 }
 
@@ -736,7 +768,7 @@ void TechniquePage::placeMarksAtScores(double top) {
 void TechniquePage::showEvent(QShowEvent* event) {
     KelPage::showEvent(event);
     if (event->spontaneous() || !isLoaded()) return;
-    if (shownBefore_) handle([this] { refreshPage(); });
+    if (shownBefore_) handle([this] { showFunction([this] { refreshPage(); }); });
     shownBefore_ = true;
 }
 
@@ -762,7 +794,7 @@ void TechniquePage::onAttributeChosen(int listIndex) {
     HourGlass wait;
     wizardData().SelAtt = static_cast<std::int16_t>(listIndex);
     resetMarkPictures(0);
-    refreshPage();
+    showFunction([this] { refreshPage(); });
 }
 
 std::int16_t TechniquePage::sizeForListIndex(int listIndex) const {

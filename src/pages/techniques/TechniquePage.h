@@ -16,6 +16,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 class QBoxLayout;
@@ -190,6 +191,12 @@ protected:
     virtual void onFinish();
 
     // --- Helpers -----------------------------------------------------------
+    // Runs a redraw that shows the current attribute's function as it
+    // stands (load, a showing again, an attribute chosen): the risk attitude
+    // display in it stores the middle score only when the showing itself
+    // changed the function, as when another technique's points are fitted
+    // to the page.
+    void showFunction(const std::function<void()>& redraw);
     static std::int16_t currentAttribute();
     std::int16_t sampleSize() const;
     void drawValueChart();
@@ -274,6 +281,7 @@ private:
         std::vector<Variant> cells;
     };
     static std::vector<Variant> functionCells(std::int16_t att);
+    static bool sameCells(const std::vector<Variant>& a, const std::vector<Variant>& b);
     static void putFunctionCells(std::int16_t att, const std::vector<Variant>& cells);
     // A release with the mouse where it pressed the mark, along the mark's
     // scale, is no judgment: the function goes back to what it was at the
@@ -294,6 +302,8 @@ private:
     QBoxLayout* upperLayout_ = nullptr;
     bool shownBefore_ = false;
     PressedFunction pressed_;
+    bool showing_ = false;
+    std::vector<Variant> shownCells_;  // the function when the showing began
 };
 
 }  // namespace kelmar

@@ -183,9 +183,11 @@ void frmKelCatIdn::onAttributeChosen(int listIndex) {
     }
     w.SelAtt = static_cast<std::int16_t>(listIndex);
     resetMarkPictures(0);
-    std::int16_t att = w.SelAtt;
-    RefreshCategoryPage(att);
-    showOrientation();
+    showFunction([this] {
+        std::int16_t att = wizardData().SelAtt;
+        RefreshCategoryPage(att);
+        showOrientation();
+    });
 }
 
 void frmKelCatIdn::onOrientation(bool maxToMin) {

@@ -144,7 +144,8 @@ TEST_F(CategoryPageTest, TurningTheLadderBackGivesThePointsBack) {
     w.SmpY(0, 3) = 0.225;
     w.VFunType(0) = std::int16_t(1);
     w.VFTechniqueID(0) = std::int16_t(kCategoryIdentification);
-    choose("cmbAttributes", 0);
+    std::int16_t att = 0;
+    w.ScoreMiddle(0) = ComputeScoreMiddle(att);
     auto judged = functionBits(0);
     release(option("optMaxToMin"), Qt::LeftButton);
     EXPECT_NE(functionBits(0), judged);
