@@ -23,6 +23,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kelmar {
 
@@ -825,6 +826,11 @@ void TechniquePage::onLinear() {
     w.VFunType(att) = Variant(std::int16_t(0));
     w.AttVFDone(att) = Variant(true);
     w.VFTechniqueID(att) = Variant(w.SelTechnique);
+    // The record hands the host the line's own parameters, not those of
+    // the function it replaces (a midpoint exponential's, say).
+    for (auto [cell, parameter] : {std::pair{&w.VFunParA, &LinearParameterA}, {&w.VFunParB, &LinearParameterB}})
+        if (cell->isAllocated() && cell->dimensions() == 1 && att >= cell->lbound() && att <= cell->ubound())
+            (*cell)(att) = Variant(fmt::formatNumber(parameter(att), QStringLiteral("0.000000")));
     std::int16_t size = w.SmpSize(att).toInteger();
     resetMarkPictures(1);
     UpdateSamplePoints(att, size, size);
