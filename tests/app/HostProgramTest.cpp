@@ -1,11 +1,8 @@
-// kelmar-host as a program: the value table without a window, chart files,
-// and the question before unsaved work is lost.
+// kelmar-host as a program: the value table without a window, chart files
+// and the exit statuses.
 #include "HostTestData.h"
-#include <QAbstractButton>
-#include <QFileInfo>
-#include <QMessageBox>
+
 #include <QProcess>
-#include <QTimer>
 
 namespace kelmarhost {
 namespace {
@@ -61,56 +58,6 @@ TEST(HostProgramTest, EvaluateAndChartEndWithTheWindowModesStatuses) {
                 text.contains("#0000ff"))
         << "the title and the blue curve";
     EXPECT_TRUE(QImage(png).width() > 0);
-}
-
-// Closing the workbench asks first when a Finish has not been saved.
-class UnsavedWorkTest : public HostWindowTest {
-protected:
-    // Closes the window, answering the question (if one comes) with `answer`;
-    // returns whether a question came.
-    bool closeAnswering(QMessageBox::StandardButton answer) {
-        bool asked = false;
-        QTimer::singleShot(0, &window, [&] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (box == nullptr) return;
-            asked = true;
-            box->button(answer)->click();
-        });
-        window.close();
-        return asked;
-    }
-    void finish() {
-        window.showWizard();
-        exportFinish();
-        closeWizard();
-        QCoreApplication::processEvents();
-    }
-};
-
-TEST_F(UnsavedWorkTest, NothingNewClosesWithoutAQuestion) {
-    EXPECT_FALSE(closeAnswering(QMessageBox::Cancel));
-    EXPECT_FALSE(window.isVisible());
-}
-
-TEST_F(UnsavedWorkTest, CancelKeepsTheWindowDiscardClosesSaveWritesFirst) {
-    finish();
-    ASSERT_FALSE(window.wizardOpen());
-    ASSERT_TRUE(window.hasUnsavedWork());
-    EXPECT_TRUE(closeAnswering(QMessageBox::Cancel));
-    EXPECT_TRUE(window.isVisible());
-    EXPECT_FALSE(QFileInfo::exists(path));
-
-    EXPECT_TRUE(closeAnswering(QMessageBox::Save));
-    EXPECT_FALSE(window.isVisible());
-    ASSERT_TRUE(QFileInfo::exists(path));
-    const Problem saved = loadProblemFile(path);
-    EXPECT_TRUE(sameRecord(saved.functions[0], window.problem().functions[0]));
-    EXPECT_EQ(saved.functions[0].technique, 5);
-
-    window.show();
-    finish();
-    EXPECT_TRUE(closeAnswering(QMessageBox::Discard));
-    EXPECT_FALSE(window.isVisible());
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 // What the host tests share: the problem files under data/, the JSON blocks
-// of docs/problem-format.md and a workbench on the sample problem.
+// of docs/problem-format.md and a workbench on the sample problem, with the
+// wizard's Finish and close and the window's own close as the analyst
+// makes them.
 #pragma once
 
 #include "HostWindow.h"
@@ -9,11 +11,14 @@
 
 #include <kelmar/mdKelMain.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QByteArray>
 #include <QFile>
+#include <QMessageBox>
 #include <QString>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -67,6 +72,19 @@ protected:
         for (QWidget* page : QApplication::topLevelWidgets())
             if (page != &window) page->hide();
         window.UnloadKelmar();
+    }
+    // Closes the window, answering the question (if one comes) with `answer`;
+    // returns whether a question came.
+    bool closeAnswering(QMessageBox::StandardButton answer) {
+        bool asked = false;
+        QTimer::singleShot(0, &window, [&] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr) return;
+            asked = true;
+            box->button(answer)->click();
+        });
+        window.close();
+        return asked;
     }
 
     QTemporaryDir dir;

@@ -1,8 +1,9 @@
 // The JSON that kelmar-host writes for each ExportResults, and the window's
-// handling of the component's events.
+// handling of the component's events and of unsaved work.
 #include "HostTestData.h"
 #include "ResultWriter.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonParseError>
@@ -86,7 +87,15 @@ TEST(ResultWriterTest, OneExportRoundTripsThroughTheFile) {
     EXPECT_EQ(readLines(path), QList<QJsonObject>{expected});
 }
 
-TEST_F(HostWindowTest, KeepsEveryFinishAndStaysOpenWhenTheWizardCloses) {
+TEST_F(HostWindowTest, NothingNewClosesWithoutAQuestion) {
+    EXPECT_FALSE(closeAnswering(QMessageBox::Cancel));
+    EXPECT_FALSE(window.isVisible());
+}
+
+// Every Finish is written and shown; the wizard is released once its event
+// has unwound and the window stays; closing it then asks first, and the
+// next session starts from the last Finish.
+TEST_F(HostWindowTest, KeepsEveryFinishAsksBeforeItIsLostAndStartsTheNextSessionFromIt) {
     kelmar::setMessageBoxHook([](QMessageBox&) { return QMessageBox::Ok; });
     window.showWizard();
     QPointer<QWidget> settings;
@@ -94,8 +103,6 @@ TEST_F(HostWindowTest, KeepsEveryFinishAndStaysOpenWhenTheWizardCloses) {
         if (w != &window && w->isVisible()) settings = w;
     ASSERT_FALSE(settings.isNull()) << "the wizard opens";
     kelmar::WizardData& w = kelmar::wizardData();
-    EXPECT_EQ(w.AltNum, 6);
-    EXPECT_TRUE(window.wizardOpen());
     w.AttVData(1, 0) = 10.0;
     const double x11 = w.SmpX(1, 1).toDouble();
     exportFinish();
@@ -109,10 +116,7 @@ TEST_F(HostWindowTest, KeepsEveryFinishAndStaysOpenWhenTheWizardCloses) {
     ASSERT_TRUE(values != nullptr);
     EXPECT_EQ(values->model()->index(1, 0).data().toString(), QStringLiteral("10.00"));
     EXPECT_EQ(window.exportCount(), 2);
-    EXPECT_TRUE(window.hasUnsavedWork());
 
-    // The host's answer to UnloadKelmar releases the wizard once the event
-    // has unwound; the window stays.
     closeWizard();
     EXPECT_TRUE(window.wizardOpen()) << "not while the page's handler may still run";
     QCoreApplication::sendPostedEvents();
@@ -122,10 +126,26 @@ TEST_F(HostWindowTest, KeepsEveryFinishAndStaysOpenWhenTheWizardCloses) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(settings.isNull()) << "the settings page is released";
 
-    // Opened again, the wizard starts from the functions of the last Finish.
+    // Cancel keeps the window; Save writes the functions first.
+    EXPECT_TRUE(closeAnswering(QMessageBox::Cancel));
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_FALSE(QFileInfo::exists(path));
+    EXPECT_TRUE(closeAnswering(QMessageBox::Save));
+    EXPECT_FALSE(window.isVisible());
+    const Problem saved = loadProblemFile(path);
+    EXPECT_TRUE(sameRecord(saved.functions[0], window.problem().functions[0]));
+    EXPECT_EQ(saved.functions[0].technique, 5);
+
+    window.show();
     window.showWizard();
     EXPECT_EQ(w.InSmpX(1, 1).toDouble(), x11);
     EXPECT_EQ(w.InVFTechniqueID(0).toInteger(), 5);
+    // After another Finish, Discard closes all the same.
+    exportFinish();
+    closeWizard();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(closeAnswering(QMessageBox::Discard));
+    EXPECT_FALSE(window.isVisible());
 }
 
 }  // namespace

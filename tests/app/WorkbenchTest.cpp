@@ -156,7 +156,6 @@ TEST(ComparisonTest, ACurveThatTurnsBackIsFlaggedWithTheScore) {
         {"a rising line", curve({{0, 0}, {50, 0.5}, {100, 1}}), {}, {}},
         {"concave", curve({{0, 0}, {25, 0.5}, {50, 0.71}, {75, 0.87}, {100, 1}}), {}, {}},
         {"flat", curve({{0, 0.5}, {100, 0.5}}), {}, {}},
-        {"a peak in the middle", curve({{0, 0}, {25, 0.5}, {50, 1}, {75, 0.5}, {100, 0}}), 50.0, 50.0},
         {"a falling curve with a dip", curve({{0, 1}, {25, 0.5}, {50, 0.8}, {100, 0}}), 15.0, 35.0},
     };
     for (const auto& c : cases) {
@@ -170,7 +169,7 @@ TEST(ComparisonTest, ACurveThatTurnsBackIsFlaggedWithTheScore) {
 
 // Each Finish adds a curve only where it differs from every one before;
 // the comparison names the pair that differs most and the curve that turns
-// back.
+// back (a peak in the middle, flagged at its score).
 TEST(ComparisonTest, FinishesOverlayOnlyDifferentCurves) {
     const ValueFunction line = curve({{0, 0}, {100, 1}});
     ValueFunction rating = curve({{0, 0}, {25, 0.5}, {50, 1}, {75, 0.5}, {100, 0}});
@@ -178,7 +177,6 @@ TEST(ComparisonTest, FinishesOverlayOnlyDifferentCurves) {
     const QVector<Finish> finishes = {{1, 100, {line, line}}, {2, 100, {rating, line}}};
     const QVector<AttributeCurve> first = attributeCurves({line, line}, finishes, 0);
     ASSERT_EQ(first.size(), 2);
-    EXPECT_EQ(first[1].label, QStringLiteral("Finish 2: Direct Rating"));
     EXPECT_EQ(attributeCurves({line, line}, finishes, 1).size(), 1);
 
     const Comparison c = compareCurves(first);

@@ -1,4 +1,5 @@
-// The classic rules of tagged values and bounded arrays.
+// Tagged values and bounded arrays: conversions with their rounding, and the
+// errors they raise.
 #include "ComponentFixture.h"
 
 namespace kelmartest {

@@ -1,4 +1,6 @@
-// Alternatives' values on Finish: one cell, the clamping, the whole table.
+// Alternatives' values on Finish: the ends and beyond them, and the faults.
+// (Every cell of a whole table is valued on each page's Finish in the page
+// tests.)
 #include "ModelFixture.h"
 
 namespace kelmar::test {
@@ -7,16 +9,8 @@ namespace {
 class AlternativeValues : public ModelTest {
 protected:
     void SetUp() override {
-        reset(2, 3);
+        ModelTest::SetUp();
         w().MaxVal = 100;
-        // Attribute 0: linear, benefit, 0 .. 10 in seven points (uneven
-        // Single steps). Attribute 1: a concave curve, cost.
-        setRange(0, 0.0, 10.0);
-        I16 att = 0, n = 7;
-        SetLinearSamplePoints(att, n);
-        w().SmpSize(0) = n;
-        w().AttPropertyCopy(1) = I16(1);
-        setCurve(1, {0, 20, 50, 100}, {1, 0.6, 0.3, 0}, kDirectRating);
     }
 
     double valueOf(int att, double score) {
@@ -29,7 +23,7 @@ protected:
 
 TEST_F(AlternativeValues, ScoresAtAndBeyondTheEndsGetTheEndsValuesExactly) {
     // Curves whose extended end cubics turn back before they leave the value
-    // range, a linear function on an uneven range and the cost curve above.
+    // range, a linear function on an uneven range and a cost curve.
     const struct { const char* what; std::vector<double> x, y; bool cost;
                    std::vector<double> scores; double expected; } cases[] = {
         {"benefit, beyond the best end", {0, 10, 20}, {0, 0.9, 1}, false, {20, 30, 60, 200}, 100},
@@ -48,32 +42,16 @@ TEST_F(AlternativeValues, ScoresAtAndBeyondTheEndsGetTheEndsValuesExactly) {
 }
 
 TEST_F(AlternativeValues, FaultsRaiseTheirErrorNumbers) {
+    setCurve(1, {0, 20, 50, 100}, {1, 0.6, 0.3, 0}, kDirectRating);
     I16 alt = 0, att = 1;
+    w().AltPScore(0, 1) = QStringLiteral("n/a");
+    EXPECT_EQ(errorNumber([&] { ComputeAlternativeValue(alt, att, w().MaxVal); }),
+              RuntimeError::TypeMismatch);
+    w().AltPScore(0, 1) = 50.0;
     for (const Variant& size : {Variant(), Variant(I16(0)), Variant(I16(12))}) {
         w().SmpSize(1) = size;
         EXPECT_EQ(errorNumber([&] { ComputeAlternativeValue(alt, att, w().MaxVal); }),
                   RuntimeError::SubscriptOutOfRange);
-    }
-    att = 0;
-    w().AltPScore(0, 0) = QStringLiteral("n/a");
-    EXPECT_EQ(errorNumber([&] { ComputeAlternativeValue(alt, att, w().MaxVal); }),
-              RuntimeError::TypeMismatch);
-}
-
-TEST_F(AlternativeValues, FinishRecomputesEveryCell) {
-    for (int alt = 0; alt < 3; ++alt) {
-        w().AltPScore(alt, 0) = 5.0 * alt;
-        w().AltPScore(alt, 1) = 50.0 * alt;
-        w().AttVData(alt, 0) = w().AttVData(alt, 1) = -1.0;
-    }
-    ComputeAllAlternativeValues();
-    // The ends give the full scale and zero exactly; inside, the linear
-    // points are off by ~1e-7 from their Single steps.
-    const double expected[3][2] = {{0.0, 100.0}, {50.0, 30.0}, {100.0, 0.0}};
-    for (int alt = 0; alt < 3; ++alt) {
-        const double tolerance = alt == 1 ? 1e-5 : 0.0;
-        EXPECT_NEAR(w().AttVData(alt, 0).toDouble(), expected[alt][0], tolerance) << alt;
-        EXPECT_NEAR(w().AttVData(alt, 1).toDouble(), expected[alt][1], tolerance) << alt;
     }
 }
 

@@ -1,3 +1,6 @@
+// The exponential value function of a judged middle score: its rate, its
+// values and the points laid on it. Its parameters, and the line's, are
+// pinned as the function view shows them.
 #include "ModelFixture.h"
 
 #include <cmath>
@@ -20,11 +23,6 @@ long double referenceRate(long double z) {
         k = next;
     }
     return k;
-}
-
-// The benefit function as written with rho, in long double.
-long double withRho(long double x, long double lo, long double hi, long double rho) {
-    return (1.0L - std::exp(-(x - lo) / rho)) / (1.0L - std::exp(-(hi - lo) / rho));
 }
 
 // The largest distance between the curve through the attribute's points
@@ -98,26 +96,6 @@ TEST(Exponential, TheRateIsSolvedToTwelveDigitsEvenBesideOneHalf) {
         EXPECT_EQ(errorNumber([z] { ExponentialRate(z); }), 5) << z;
 }
 
-TEST_F(ModelTest, ParametersOfTheLineAndOfTheExponential) {
-    setRange(0, 10.0, 50.0);
-    I16 att = 0;
-    for (const bool cost : {false, true}) {
-        w().AttPropertyCopy(0) = I16(cost ? 1 : 0);
-        const double a = LinearParameterA(att), b = LinearParameterB(att);
-        EXPECT_DOUBLE_EQ(a * 10.0 + b, cost ? 1.0 : 0.0);
-        EXPECT_DOUBLE_EQ(a * 50.0 + b, cost ? 0.0 : 1.0);
-
-        double middle = cost ? 38.0 : 22.0;  // 0.3 of the range from the worst end
-        const double rho = ExponentialParameterA(att, middle);
-        EXPECT_DOUBLE_EQ(ExponentialParameterB(att, middle), rho / 40.0);
-        const long double x = cost ? 10.0L + 50.0L - middle : middle;  // mirrored onto benefit
-        EXPECT_NEAR(static_cast<double>(withRho(x, 10.0L, 50.0L, rho)), 0.5, 1e-12);
-    }
-    // A range without width divides by zero.
-    setRange(0, 5.0, 5.0);
-    EXPECT_EQ(errorNumber([&] { LinearParameterA(att); }), 11);
-}
-
 // The points keep the ends and the judged middle and lie on the
 // exponential; the curve through them strays from it by at most 0.005
 // within the middle band, for every sample size. Towards the refused ends a
@@ -166,6 +144,9 @@ TEST_F(ModelTest, ExponentialPointsAndTheCurveThroughThemFollowTheExponential) {
     double middle = 10.0 + 40.0 * 0.45;
     ResampleExponential(att, middle);
     for (int k = 0; k < 9; ++k) EXPECT_DOUBLE_EQ(smpY(0, k), k / 8.0) << k;
+    // The parameters of a line on a range without width divide by zero.
+    setRange(0, 5.0, 5.0);
+    EXPECT_EQ(errorNumber([&] { LinearParameterA(att); }), 11);
 }
 
 }  // namespace kelmar::test

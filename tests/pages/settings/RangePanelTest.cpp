@@ -75,7 +75,6 @@ TEST_F(RangePanel, KeyFiltersKeepOnePointAndSwallowPasting) {
 }
 
 TEST_F(RangePanel, ChosenAttributeShowsItsRangeInChartAndBoxes) {
-    EXPECT_EQ(child<QComboBox>("cmbSelAtt")->itemText(2), "Delay");
     // An unconfirmed attribute shows the host's range, whatever was typed.
     minBox()->setText("3");
     maxBox()->setText("99");
@@ -100,14 +99,14 @@ using SettingsStep = SettingsPageTest;
 
 // Every session starts from the host's record, types and parameters
 // included, whatever the session before left in the working record; the
-// flags start again too.
+// flags start again too. (That the points follow a range confirmed in a box
+// at once is a rule the random-input run checks after every event.)
 TEST_F(SettingsStep, ANewSessionStartsFromTheHostsRecord) {
     WizardData& w = wizardData();
     w.InSmpX = w.SmpX;
     w.InSmpY = w.SmpY;
     typeText(minBox(), "0");
     pressEnter(minBox());
-    EXPECT_EQ(w.SmpX(0, 0).toDouble(), 0.0) << "at once, not only on Next";
     w.VFunType(0) = std::int16_t(1);
     w.VFunParA(0) = QStringLiteral("0.5");
     w.SmpY(0, 1) = 0.6;
