@@ -199,6 +199,13 @@ void KelmarDll::ShowKelmar() {
         KelPage* page = d_->create(kSettingsPage, d_->mKelSettings);
         CentreFormOnScreen(*page);
         runModal(*page);
+        // Back from a technique page shows the settings page again while
+        // its modal loop is ending, and the loop's end takes the page's
+        // modality away while it is on the screen: hidden later, it would
+        // leave the host's windows blocked for the mouse. It stays modal
+        // for as long as it is shown.
+        if (!d_->mKelSettings.isNull() && d_->mKelSettings->isVisible())
+            d_->mKelSettings->setWindowModality(Qt::ApplicationModal);
     } else {
         d_->mKelSettings->show();
     }

@@ -2,6 +2,7 @@
 #include "ComponentFixture.h"
 
 #include <QApplication>
+#include <QGuiApplication>
 #include <QTimer>
 
 namespace kelmartest {
@@ -33,6 +34,32 @@ TEST_F(MethodsTest, AFirstShowIsModalAndLaterOnesReShowTheSamePage) {
 // With the real modal loops: Next on the settings page opens the technique
 // page's loop inside its handler, and ShowKelmar returns only after that
 // handler has ended, since the settings page was hidden.
+// Back shows the settings page again while its modal loop ends: the page
+// stays modal while it is shown, so that hiding it unblocks the host's
+// windows again (otherwise they would stay deaf to the mouse).
+TEST_F(MethodsTest, TheSettingsPageShownAgainByBackStaysModalUntilHidden) {
+    setModalRunner({});
+    QObject scope;
+    QTimer::singleShot(0, &scope, [&] {
+        FakePage* settings = pageOf(kSettingsPage);
+        settings->handle([&] {
+            QTimer::singleShot(0, &scope, [&] {
+                FakePage* technique = pageOf(kBisection);
+                technique->raiseHideForm(kBisection);
+                technique->raiseShowForm(kSettingsPage, 0, 0);
+            });
+            settings->raiseHideForm(kSettingsPage);
+            settings->raiseShowForm(kBisection, 0, 0);
+        });
+    });
+    dll.ShowKelmar();
+    FakePage* settings = pageOf(kSettingsPage);
+    ASSERT_TRUE(settings->isVisible());
+    EXPECT_TRUE(settings->isModal());
+    settings->hide();
+    EXPECT_EQ(QGuiApplication::modalWindow(), nullptr);
+}
+
 TEST_F(MethodsTest, ModalLoopsNestAndShowKelmarReturnsWhenTheSettingsPageIsHidden) {
     setModalRunner({});
     QStringList steps;
