@@ -1,6 +1,7 @@
 #include "charts/mdVFGraphs.h"
 
 #include "charts/DrawSurface.h"
+#include "charts/TurnBacks.h"
 #include "model/Format.h"
 
 #include <kelmar/mdKelMain.h>
@@ -163,6 +164,9 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
     std::int16_t valueTicks = 4;
     std::vector<QString> labels = ValueLabels(maxVal, valueTicks);
     DrawVFAxes(pic, title, valueTicks, labels, pointCount, scoreMin, scoreMax);
+    // Where the curve turns back it lies on a shaded ground.
+    ShadeTurnBacks(pic, TurnBackStretches(table[1], scoreMin, scoreMax, CostOrientedAttribute(att)), scoreMin,
+                   scoreMax);
     double divisor = 1.0;
     DrawVFSeries(pic, pointCount, seriesCount, table, divisor);
 }

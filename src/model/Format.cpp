@@ -2,6 +2,7 @@
 
 #include <kelmar/mdKelMain.h>
 
+#include <QLocale>
 #include <QRegularExpression>
 
 #include <cmath>
@@ -176,6 +177,13 @@ double leadingNumber(const QString& text) {
     }
     const double v = std::strtod(number.c_str(), nullptr);
     return std::isfinite(v) ? v : 0.0;
+}
+
+QString plainNumber(double v) {
+    // Rounded to 15 digits first, so that the noise of binary fractions
+    // never shows; then the shortest fixed form of what is left.
+    const double rounded = QString::number(v, 'g', 15).toDouble();
+    return QString::number(rounded == 0.0 ? 0.0 : rounded, 'f', QLocale::FloatingPointShortest);
 }
 
 bool completeNumber(const QString& text, double& value) {

@@ -30,6 +30,11 @@ QString currencyText(double v);
 // Empty or non-numeric text reads as 0 ("12abc" -> 12, "1.2.3" -> 1.2).
 double leadingNumber(const QString& text);
 
+// A number as an analyst types it: a point for decimals, no grouping, no
+// exponent, at most 15 significant digits and no trailing zeros
+// (0.1 + 0.2 -> "0.3", 73.00000000000001 -> "73", 1e-7 -> "0.0000001").
+QString plainNumber(double v);
+
 // Reads text that is one complete number and nothing else: blanks around
 // it, an optional sign, digits with at most one decimal point, an optional
 // exponent. Separators, letters, an empty text and a number beyond the

@@ -1,6 +1,7 @@
 #include "pages/techniques/TechniquePage.h"
 
 #include "charts/DrawSurface.h"
+#include "charts/TurnBacks.h"
 #include "charts/mdVFGraphs.h"
 #include "model/Arith.h"
 #include "model/Format.h"
@@ -14,6 +15,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -265,6 +267,26 @@ void TechniquePage::buildControls() {
         choices->addWidget(Label4, 1, 3, Qt::AlignRight);
         choices->addWidget(lblScoreDiff, 1, 4);
     }
+    // The typed answer: the selected point's judged quantity, and a note
+    // on what became of the last number typed.
+    lblExact = makeLabel(Frame1, "lblExact", QString());
+    txtExact = new QLineEdit(Frame1);
+    txtExact->setObjectName(QStringLiteral("txtExact"));
+    txtExact->setMaximumWidth(130);
+    txtExact->setToolTip(tr("Type a number and press Enter to set the selected point exactly"));
+    lblExact->setBuddy(txtExact);
+    lblExactNote = makeLabel(Frame1, "lblExactNote", QString());
+    lblExactNote->setWordWrap(true);
+    lblExactNote->hide();
+    // Beside the attribute, in the row every page has, so that the charts
+    // keep their size.
+    auto* exact = new QHBoxLayout;
+    exact->addStretch(1);
+    exact->addWidget(lblExact);
+    exact->addWidget(txtExact);
+    exact->addSpacing(12);
+    choices->addLayout(exact, 0, 2);
+    choices->addWidget(lblExactNote, 1, 2);
     choices->setColumnStretch(2, 1);
     upper->addLayout(choices);
 
@@ -327,6 +349,21 @@ void TechniquePage::buildControls() {
     side->addWidget(cmdS);
     side->addWidget(cmdCUFPrint);
     side->addStretch(1);
+
+    // Under the buttons: the words on answers that disagree, in room the
+    // column has to spare, so that the value chart keeps its size.
+    lblTurnBack = makeLabel(this, "lblTurnBack", QString());
+    lblRiskPremium = makeLabel(this, "lblRiskPremium", QString());
+    for (QLabel* words : {lblTurnBack, lblRiskPremium}) {
+        words->setWordWrap(true);
+        words->setFixedWidth(picPanel->minimumWidth());
+        words->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        words->hide();
+        side->insertWidget(side->count() - 1, words);
+    }
+    QPalette warning = lblTurnBack->palette();
+    warning.setColor(QPalette::WindowText, QColor(0xA0, 0x30, 0x10));
+    lblTurnBack->setPalette(warning);
 
     auto* lower = new QHBoxLayout;
     lower->addWidget(picVFChart, 1);
@@ -391,6 +428,7 @@ void TechniquePage::buildControls() {
     connect(cmdCancel, &QPushButton::clicked, this, [this] { handle([this] { onCancel(); }); });
     connect(cmdBack, &QPushButton::clicked, this, [this] { handle([this] { onBack(); }); });
     connect(cmdFinish, &QPushButton::clicked, this, [this] { handle([this] { onFinish(); }); });
+    connect(txtExact, &QLineEdit::returnPressed, this, [this] { applyTypedAnswer(); });
 
     resize(780, 620);
     // Settle the geometry now, so that the marks placed at load have their
@@ -418,6 +456,8 @@ void TechniquePage::drawValueChart() {
     std::int16_t att = w.SelAtt;
     std::int16_t maxVal = w.MaxVal;
     DrawVFChart(*picVFChart, att, maxVal);
+    showConsistency();
+    showExact();
 }
 
 void TechniquePage::refreshAttributeList() { FillAttributeList(*cmbAttributes); }
@@ -441,6 +481,7 @@ void TechniquePage::selectMark(int index) {
         PointMark* m = picScorePoint[static_cast<std::size_t>(i)];
         if (m != nullptr) m->setPicture(i == index ? 2 : 1);
     }
+    showExact();
 }
 
 void TechniquePage::resetMarkPictures(int from) {
@@ -531,12 +572,14 @@ double TechniquePage::dragPosition(int index, QPointF pos) const {
 
 double TechniquePage::markPosition(int index) const { return markLeft(index) + markWidth(index) / 2.0; }
 
-int TechniquePage::crossedNeighbour(int index, double x) const {
+int TechniquePage::crossedNeighbour(int index, double x, int below, int above) const {
+    if (below < 0) below = index - 1;
+    if (above < 0) above = index + 1;
     const double here = markPosition(index);
-    const double lower = markLeft(index - 1) + markWidth(index - 1);
-    const double upper = markLeft(index + 1) - markWidth(index);
-    if (x < lower && (x < here || x <= markPosition(index - 1))) return index - 1;
-    if (x > upper && (x > here || x >= markPosition(index + 1))) return index + 1;
+    const double lower = markLeft(below) + markWidth(below);
+    const double upper = markLeft(above) - markWidth(index);
+    if (x < lower && (x < here || x <= markPosition(below))) return below;
+    if (x > upper && (x > here || x >= markPosition(above))) return above;
     return -1;
 }
 
@@ -613,6 +656,7 @@ void TechniquePage::markMouseDown(int index, Qt::MouseButton button, QPointF pos
         picScorePoint.at(static_cast<std::size_t>(index))->setPicture(2);
         showPointLabels(index);
         onMarkPressed(index);
+        showExact();
     });
 }
 
@@ -683,6 +727,128 @@ void TechniquePage::onMarkReleased(int index) {
     ShowRiskAttitude(att);
 }
 
+// --- Typed answers and consistency --------------------------------------------
+
+double TechniquePage::valueScale() { return wizardData().MaxVal == 100 ? 100.0 : 1.0; }
+
+int TechniquePage::exactPoint() const {
+    const std::int16_t n = sampleSize();
+    for (int i = 0; i < n && i < kMarkCount; ++i) {
+        const PointMark* m = picScorePoint[static_cast<std::size_t>(i)];
+        if (m != nullptr && m->picture() == 2) return i;
+    }
+    return -1;
+}
+
+double TechniquePage::exactQuantity(int index) const {
+    return wizardData().SmpY(currentAttribute(), index).toDouble() * valueScale();
+}
+
+QString TechniquePage::exactCaption() const { return tr("Exact value:"); }
+
+QString TechniquePage::moveToExact(int index, double typed) {
+    Q_UNUSED(index)
+    Q_UNUSED(typed)
+    return tr("This page takes no typed answer.");
+}
+
+void TechniquePage::afterExact(int index) {
+    afterDragStep(index);
+    onMarkReleased(index);
+}
+
+bool TechniquePage::lotteryPremium(int index, LotteryPremium& premium) const {
+    Q_UNUSED(index)
+    Q_UNUSED(premium)
+    return false;
+}
+
+void TechniquePage::showExact() {
+    if (txtExact == nullptr || !isLoaded()) return;
+    const int index = exactPoint();
+    const bool any = index >= 0 && index < sampleSize();
+    shownExact_ = any ? fmt::plainNumber(exactQuantity(index)) : QString();
+    txtExact->setEnabled(any);
+    txtExact->setPlaceholderText(any ? QString() : tr("select a point"));
+    if (txtExact->text() != shownExact_) txtExact->setText(shownExact_);
+    lblExactNote->clear();
+    lblExactNote->hide();
+}
+
+void TechniquePage::applyTypedAnswer() {
+    handle([this] {
+        const QString text = txtExact->text();
+        // The number shown, entered again, is no judgment.
+        if (text == shownExact_) return;
+        const auto say = [this](const QString& note) {
+            lblExactNote->setText(note);
+            lblExactNote->show();
+        };
+        const int index = exactPoint();
+        if (index < 0 || index >= sampleSize()) return say(tr("Select a point first."));
+        double typed = 0.0;
+        if (!fmt::completeNumber(text, typed))
+            return say(tr("\"%1\" is not a number: type digits, with a point for decimals (such as 0.25).")
+                           .arg(text.trimmed()));
+        if (features_.pointMarks && (index == 0 || index == sampleSize() - 1))
+            return say(tr("The first and the last point stay at the ends of the range: select an inner point."));
+        if (typed == exactQuantity(index)) {
+            showExact();
+            return;
+        }
+        downLeft_ = features_.pointMarks ? markLeft(index) : 0.0;
+        dragIndex_ = index;
+        const QString refused = moveToExact(index, typed);
+        if (!refused.isEmpty()) return say(refused);
+        afterExact(index);
+        showExact();
+        // The move rules may keep the point off the number typed.
+        const QString stored = fmt::plainNumber(exactQuantity(index));
+        if (exactPoint() == index && stored != fmt::plainNumber(typed))
+            say(tr("Set to %1: a point keeps its place between its neighbours and on the scale.").arg(stored));
+    });
+}
+
+void TechniquePage::showConsistency() {
+    if (lblTurnBack == nullptr) return;
+    const std::int16_t att = currentAttribute();
+    const bool cost = CostOrientedAttribute(att);
+    QStringList stretches;
+    for (const TurnBack& t : DrawnTurnBacks(att))
+        stretches << tr("%1 and %2").arg(fmt::formatNumber(t.from, QStringLiteral("0.00")),
+                                         fmt::formatNumber(t.to, QStringLiteral("0.00")));
+    const QString turnBack =
+        stretches.isEmpty()
+            ? QString()
+            : tr("The curve turns back between %1 (shaded): there a higher score is worth %2.")
+                  .arg(stretches.join(tr("; between ")), cost ? tr("more") : tr("less"));
+    const auto put = [](QLabel* label, const QString& text) {
+        if (label->text() != text) label->setText(text);
+        label->setVisible(!text.isEmpty());
+    };
+    put(lblTurnBack, turnBack);
+
+    std::vector<LotteryPremium> judged;
+    LotteryPremium premium;
+    for (int k : judgedLotteries())
+        if (lotteryPremium(k, premium)) judged.push_back(premium);
+    QString words;
+    const auto score = [](double v) { return fmt::formatNumber(v, QStringLiteral("0.00")); };
+    if (lastLottery_ > 0 && lastLottery_ < sampleSize() - 1 && lotteryPremium(lastLottery_, premium))
+        words = tr("Risk premium of this lottery: %1, the expected score %2 minus the sure score %3.")
+                    .arg(score(premium.premium), score(premium.sure + premium.premium), score(premium.sure));
+    const WizardData& w = wizardData();
+    const double range = w.ScoreMaximum(att).toDouble() - w.ScoreMinimum(att).toDouble();
+    LotteryPremium positive, negative;
+    if (PremiumsChangeSign(judged, range, positive, negative))
+        words += (words.isEmpty() ? QString() : QStringLiteral(" ")) +
+                 tr("The premiums change sign: %1 at the sure score %2 but %3 at %4. Your answers take risk "
+                    "differently across the range: look at these lotteries again.")
+                     .arg(score(positive.premium), score(positive.sure), score(negative.premium),
+                          score(negative.sure));
+    put(lblRiskPremium, words);
+}
+
 // --- Risk attitude -----------------------------------------------------------
 
 void TechniquePage::ShowRiskAttitude(std::int16_t att) {
@@ -741,6 +907,7 @@ float TechniquePage::middleScore(std::int16_t att) {
 
 void TechniquePage::onLoad() {
     CentreFormOnScreen(*this);
+    lblExact->setText(exactCaption());
     DrawPanel(*picPanel, 0.0, 0.0, 100.0, 100.0, 1);
     if (cmbSmpSize != nullptr) {
         cmbSmpSize->clear();

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "charts/DrawSurface.h"
+#include "model/Consistency.h"
 #include "pages/common/KelPage.h"
 
 #include <QPixmap>
@@ -23,6 +24,7 @@ class QBoxLayout;
 class QComboBox;
 class QFrame;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 
 namespace kelmar {
@@ -127,6 +129,10 @@ public:
     // The risk attitude display for attribute att.
     void ShowRiskAttitude(std::int16_t att);
 
+    // Enter in txtExact: applies the typed number to the selected point as
+    // a drag to it would, or says on the page why nothing changed.
+    void applyTypedAnswer();
+
 protected:
     // --- Hooks -------------------------------------------------------------
 
@@ -172,6 +178,38 @@ protected:
     // Redraws everything for the current attribute (after load, attribute
     // change and Restore).
     virtual void refreshPage();
+
+    // --- Typed answers and consistency -------------------------------------
+
+    // The point whose judged quantity txtExact shows (-1: none); by default
+    // the selected mark.
+    virtual int exactPoint() const;
+    // The judged quantity of point index as txtExact shows it; by default
+    // its value on the value scale MaxVal shows.
+    virtual double exactQuantity(int index) const;
+    // The caption of txtExact's label.
+    virtual QString exactCaption() const;
+    // Moves point index to the typed quantity with the page's own move rule,
+    // keeping the typed number itself wherever the rule takes it as it is.
+    // Returns why the rule refused it (empty: applied). Nothing is redrawn.
+    virtual QString moveToExact(int index, double typed);
+    // After an applied typed answer: by default a drag step and its release.
+    virtual void afterExact(int index);
+    // The premium of point index's lottery on a lottery page (none elsewhere).
+    virtual bool lotteryPremium(int index, LotteryPremium& premium) const;
+    // The inner points whose lotteries the analyst has judged.
+    virtual std::vector<int> judgedLotteries() const { return {}; }
+    // The lottery that the last judgment answered (-1: none yet).
+    int lastLottery_ = -1;
+
+    // The factor between a value (0 .. 1) and the value scale MaxVal shows.
+    static double valueScale();
+    // txtExact shows the quantity of the selected point; an earlier note
+    // goes.
+    void showExact();
+    // The words under the value chart: where the curve turns back and, on
+    // the lottery pages, the premiums of the judged lotteries.
+    void showConsistency();
 
     // --- Common handlers (pages may extend them) -------------------------
     void onLoad() override;
@@ -226,8 +264,9 @@ protected:
     // The neighbour (index - 1 or index + 1) that mark index would run
     // into at x, or -1. A mark keeps a mark's width clear of its
     // neighbours; one that lies closer already may still move away from
-    // the neighbour it is near, but never onto or past it.
-    int crossedNeighbour(int index, double x) const;
+    // the neighbour it is near, but never onto or past it. Pages that let
+    // marks pass some neighbours name the two that bound the move.
+    int crossedNeighbour(int index, double x, int below = -1, int above = -1) const;
     // Size of one chart unit in pixels (the scale factor f).
     double scaleFactor() const;
     // Adds a page's own widget under the rating chart in the upper frame.
@@ -263,6 +302,11 @@ protected:
     QPushButton* cmdNext = nullptr;
     QPushButton* cmdFinish = nullptr;
     MarkImageList* imgListMark = nullptr;
+    QLabel* lblExact = nullptr;
+    QLineEdit* txtExact = nullptr;
+    QLabel* lblExactNote = nullptr;
+    QLabel* lblTurnBack = nullptr;
+    QLabel* lblRiskPremium = nullptr;
 
     // Drag state.
     double grabOffset_ = 0;   // pixels inside the mark at MouseDown
@@ -304,6 +348,7 @@ private:
     PressedFunction pressed_;
     bool showing_ = false;
     std::vector<Variant> shownCells_;  // the function when the showing began
+    QString shownExact_;               // the text txtExact was last given
 };
 
 }  // namespace kelmar

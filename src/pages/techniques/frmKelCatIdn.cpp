@@ -240,8 +240,7 @@ void frmKelCatIdn::RefreshCategoryPage(std::int16_t& att) {
     DrawCategoryChart(*picCatChart, att);
     std::int16_t n = w.SmpSize(att).toInteger();
     DrawOrderValues(*picRatingChart, att, n, w.ScoreMaximum(att), w.ScoreMinimum(att), w.SmpX, w.SmpY);
-    std::int16_t maxVal = w.MaxVal;
-    DrawVFChart(*picVFChart, att, maxVal);
+    drawValueChart();
     ShowRiskAttitude(att);
 }
 
@@ -335,6 +334,20 @@ void frmKelCatIdn::MovePoint(int index, double x) {
     }
     x = std::clamp(x, 0.0, 100.0);
     w.SmpY(att, index) = Variant(costAttribute(att) ? (100.0 - x) / 100.0 : x / 100.0);
+}
+
+QString frmKelCatIdn::moveToExact(int index, double typed) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const double value = typed / valueScale();
+    const double x = positionOf(value, costAttribute(att));
+    // Where the drag would take the position as it is, the level takes the
+    // typed value itself; elsewhere the drag's rule decides.
+    if (crossedNeighbour(index, x) >= 0 || x < 0.0 || x > 100.0)
+        MovePoint(index, x);
+    else
+        w.SmpY(att, index) = Variant(value);
+    return {};
 }
 
 void frmKelCatIdn::afterDragStep(int index) {

@@ -47,6 +47,7 @@ protected:
     double snapPosition(double position) const override;
     void afterDragStep(int index) override;
     void onMarkReleased(int index) override;
+    QString moveToExact(int index, double typed) override;
 
 private:
     void onOrientation(bool maxToMin);

@@ -117,6 +117,20 @@ void frmKelCurveDrawing::MovePoint(int index, double y) {
     moved_ = true;
 }
 
+QString frmKelCurveDrawing::moveToExact(int index, double typed) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const double value = typed / valueScale();
+    MovePoint(index, value * 100.0);
+    // Where the drag took the position as it is, the point takes the typed
+    // value itself.
+    if (w.SmpY(att, index).toDouble() == value * 100.0 / 100.0) {
+        w.SmpY(att, index) = Variant(value);
+        placeMark(index);
+    }
+    return {};
+}
+
 void frmKelCurveDrawing::ShowPointLabels(int index) {
     WizardData& w = wizardData();
     const std::int16_t att = w.SelAtt;

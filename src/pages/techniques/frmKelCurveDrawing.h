@@ -30,6 +30,7 @@ protected:
     double snapPosition(double position) const override;
     void onMarkPressed(int index) override;
     void onMarkReleased(int index) override;
+    QString moveToExact(int index, double typed) override;
 
 private:
     // Puts mark index where the point's score and value place it.

@@ -151,6 +151,22 @@ void frmKelDirectRating::MovePoint(int index, double x) {
     w.SmpY(att, index) = Variant(falling ? (100.0 - x) / 100.0 : x / 100.0);
 }
 
+QString frmKelDirectRating::moveToExact(int index, double typed) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const double value = typed / valueScale();
+    const double x = positionOf(value, fallingPreference(att));
+    // Where the drag would take the position as it is, the point takes the
+    // typed value itself; elsewhere the drag's rule decides.
+    if (crossedNeighbour(index, x) >= 0 || x < 2.0 || x > 100.0) {
+        MovePoint(index, x);
+        return {};
+    }
+    placeMarkCentre(index, x, kMarkTop);
+    w.SmpY(att, index) = Variant(value);
+    return {};
+}
+
 void frmKelDirectRating::ShowPointLabels(int index) {
     WizardData& w = wizardData();
     const std::int16_t att = w.SelAtt;

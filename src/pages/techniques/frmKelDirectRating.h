@@ -25,6 +25,7 @@ protected:
     void movePoint(int index, double position) override { MovePoint(index, position); }
     void showPointLabels(int index) override { ShowPointLabels(index); }
     double snapPosition(double position) const override;
+    QString moveToExact(int index, double typed) override;
 };
 
 }  // namespace kelmar

@@ -186,11 +186,15 @@ void frmKelMidPoint::sliderMouseDown() {
 }
 
 void frmKelMidPoint::sliderMouseUp() {
-    WizardData& w = wizardData();
-    const std::int16_t att = w.SelAtt;
     const int position = sldMidVal->value();
     middle_ = middleAt(position);
     if (position == downPosition_) return;
+    judgeMiddle();
+}
+
+void frmKelMidPoint::judgeMiddle() {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
     const bool accepted = FitMidpoint();
     drawValueChart();
     ShowRiskAttitude(att);
@@ -204,18 +208,48 @@ void frmKelMidPoint::sliderMouseUp() {
     refreshAttributeList();
 }
 
+bool frmKelMidPoint::unreasonableMiddle(double middle) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const double low = w.ScoreMinimumCopy(att).toDouble();
+    const double r = checkedDiv(middle - low, w.ScoreMaximumCopy(att).toDouble() - low);
+    return r <= 0.001 || r >= 0.995;
+}
+
+double frmKelMidPoint::exactQuantity(int index) const {
+    Q_UNUSED(index)
+    return wizardData().ScoreMiddle(currentAttribute()).toDouble();
+}
+
+QString frmKelMidPoint::exactCaption() const { return tr("Exact middle score:"); }
+
+QString frmKelMidPoint::moveToExact(int index, double typed) {
+    Q_UNUSED(index)
+    if (unreasonableMiddle(typed))
+        return tr("You have set an unreasonable value for the middle preferential score: it must lie inside "
+                  "the range, clear of its ends.");
+    middle_ = typed;
+    return {};
+}
+
+void frmKelMidPoint::afterExact(int index) {
+    Q_UNUSED(index)
+    judgeMiddle();
+    placeSlider();
+}
+
 bool frmKelMidPoint::FitMidpoint() {
     WizardData& w = wizardData();
     std::int16_t att = w.SelAtt;
-    const double low = w.ScoreMinimumCopy(att).toDouble();
-    const double r = checkedDiv(middle_ - low, w.ScoreMaximumCopy(att).toDouble() - low);
-    if (r <= 0.001 || r >= 0.995) {
+    if (unreasonableMiddle(middle_)) {
         showMessage(this, QStringLiteral("You have set an unreasonable value for the middle preferential score!"),
                     QMessageBox::Warning, QStringLiteral("QUARN"));
         return false;
     }
     HourGlass wait;
     std::int16_t size = w.SmpSize(att).toInteger();
+    const double low = w.ScoreMinimumCopy(att).toDouble();
+    const double r = (middle_ - low) / (w.ScoreMaximumCopy(att).toDouble() - low);
     if (std::fabs(r - 0.5) < 0.001) {
         WriteLinearParB();
         WriteLinearParA();

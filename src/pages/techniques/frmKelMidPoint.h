@@ -44,8 +44,18 @@ protected:
     void onPrint() override;
     float middleScore(std::int16_t att) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    // The typed answer is the middle score.
+    int exactPoint() const override { return 0; }
+    double exactQuantity(int index) const override;
+    QString exactCaption() const override;
+    QString moveToExact(int index, double typed) override;
+    void afterExact(int index) override;
 
 private:
+    // Whether a middle score lies too near an end of the range to be judged.
+    static bool unreasonableMiddle(double middle);
+    // Judges the middle score shown: the function, the charts, the labels.
+    void judgeMiddle();
     // The middle score at a slider position; the last position is the score
     // maximum itself.
     double middleAt(int position) const;
