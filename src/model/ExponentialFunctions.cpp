@@ -7,8 +7,8 @@
 // the straight line, k < 0 below it, k = 0 is the line itself. For k < 0
 // the mirror s(t; k) = 1 - s(1 - t; -k) is used, so no exponential ever
 // grows: e^(-k t) stays within 0 .. 1 and expm1 keeps the small rates exact.
-#include "model/AkimaCore.h"
 #include "model/Arith.h"
+#include "model/ExponentialPoints.h"
 
 #include <kelmar/mdKelMain.h>
 
@@ -18,8 +18,6 @@
 namespace kelmar {
 
 namespace {
-
-constexpr int kMaxPoints = 11;
 
 // s(t) for k > 0.
 double risingShape(double t, double k) { return std::expm1(-k * t) / std::expm1(-k); }
@@ -34,82 +32,6 @@ double risingInverse(double v, double k) {
 }
 
 bool costAttribute(std::int16_t att) { return wizardData().AttPropertyCopy(att).toDouble() != 0.0; }
-
-// A candidate layout of the points on the unit square, worst end first:
-// equal steps of u = alpha t + (1 - alpha) s(t) on each side of the middle
-// point, so the middle point is the judged one whatever alpha is. alpha = 0
-// gives equal steps of value, alpha = 1 equal steps of score.
-struct Layout {
-    std::array<double, kMaxPoints> t{};
-    std::array<double, kMaxPoints> v{};
-};
-
-// The t at which alpha t + (1 - alpha) s(t) = u (0 < alpha <= 1, the blend
-// strictly rising), by bisection on 0 .. 1.
-double blendInverse(double u, double alpha, double k) {
-    double lo = 0.0;
-    double hi = 1.0;
-    for (int i = 0; i < 60; ++i) {
-        const double mid = 0.5 * (lo + hi);
-        if (alpha * mid + (1.0 - alpha) * ExponentialShape(mid, k) < u) {
-            lo = mid;
-        } else {
-            hi = mid;
-        }
-    }
-    return 0.5 * (lo + hi);
-}
-
-Layout layOut(double alpha, double k, double z, int n) {
-    Layout p;
-    const int last = n - 1;
-    const int half = last / 2;
-    const double uMiddle = n % 2 == 1 ? alpha * z + (1.0 - alpha) * 0.5 : 0.5;
-    for (int j = 1; j < last; ++j) {
-        double u;
-        if (n % 2 == 1) {
-            u = j <= half ? uMiddle * j / half : uMiddle + (1.0 - uMiddle) * (j - half) / (last - half);
-        } else {
-            u = static_cast<double>(j) / last;
-        }
-        if (alpha == 0.0) {
-            p.v[static_cast<std::size_t>(j)] = u;
-            p.t[static_cast<std::size_t>(j)] = ExponentialShapeInverse(u, k);
-        } else {
-            const double t = blendInverse(u, alpha, k);
-            p.t[static_cast<std::size_t>(j)] = t;
-            p.v[static_cast<std::size_t>(j)] = ExponentialShape(t, k);
-        }
-    }
-    p.t[0] = 0.0;
-    p.v[0] = 0.0;
-    p.t[static_cast<std::size_t>(last)] = 1.0;
-    p.v[static_cast<std::size_t>(last)] = 1.0;
-    if (n % 2 == 1) {
-        p.t[static_cast<std::size_t>(half)] = z;
-        p.v[static_cast<std::size_t>(half)] = 0.5;
-    }
-    return p;
-}
-
-// The largest distance between the curve through the layout's points and
-// the exponential, over equal steps of t and equal steps of value (the
-// second set follows a steep curve where the first has few points).
-double layoutError(const Layout& p, double k, int n) {
-    constexpr int kSteps = 128;
-    double worst = 0.0;
-    double out[5];
-    const DoubleCells xs{p.t.data()};
-    const DoubleCells ys{p.v.data()};
-    for (int i = 0; i <= kSteps; ++i) {
-        const double step = static_cast<double>(i) / kSteps;
-        for (const double t : {step, ExponentialShapeInverse(step, k)}) {
-            akimaCore(xs, ys, n, true, t, out);
-            worst = std::fmax(worst, std::fabs(out[4] - ExponentialShape(t, k)));
-        }
-    }
-    return worst;
-}
 
 }  // namespace
 
@@ -194,38 +116,37 @@ double ExponentialParameterB(std::int16_t& att, double& middle) {
 void ResampleExponential(std::int16_t& att, double& middle) {
     WizardData& w = wizardData();
     const std::int16_t n = w.SmpSize(att).toInteger();
-    if (n < 2 || n > kMaxPoints) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
+    if (n < 3 || n > kLayoutMaxPoints) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
     const double lo = w.ScoreMinimum(att).toDouble();
     const double hi = w.ScoreMaximum(att).toDouble();
     const bool cost = costAttribute(att);
     const double rate = MiddleScoreRate(att, middle);
     const double z = cost ? (hi - middle) / (hi - lo) : (middle - lo) / (hi - lo);
-
-    // Equal steps of value come first; a blend towards equal steps of score
-    // replaces them only where its curve keeps closer to the exponential
-    // (a steep curve leaves too few points on its flat part otherwise).
-    Layout best = layOut(0.0, rate, z, n);
-    double bestError = layoutError(best, rate, n);
-    // Within a thousandth equal steps of value stand without a search.
-    for (int i = 1; i <= 10 && bestError > 0.001; ++i) {
-        const Layout candidate = layOut(i / 10.0, rate, z, n);
-        const double error = layoutError(candidate, rate, n);
-        if (error < bestError) {
-            best = candidate;
-            bestError = error;
-        }
-    }
+    const ExponentialLayout layout = PlaceExponentialPoints(z, rate, n);
 
     // Worst end first on the unit square; the scores run upwards, so a cost
-    // attribute takes the layout from the top.
+    // attribute takes the layout from the top. The ends are the range's own
+    // and the judged point the judged score itself.
     const int last = n - 1;
+    std::array<double, kLayoutMaxPoints> xs{};
     for (int j = 1; j < last; ++j) {
-        const double t = best.t[static_cast<std::size_t>(j)];
-        const int k = cost ? last - j : j;
-        w.SmpX(att, k) = cost ? hi - t * (hi - lo) : lo + t * (hi - lo);
-        w.SmpY(att, k) = best.v[static_cast<std::size_t>(j)];
+        const double t = layout.t[static_cast<std::size_t>(j)];
+        xs[static_cast<std::size_t>(cost ? last - j : j)] = cost ? hi - t * (hi - lo) : lo + t * (hi - lo);
     }
-    if (n % 2 == 1) w.SmpX(att, last / 2) = middle;
+    xs[static_cast<std::size_t>(cost ? last - layout.judged : layout.judged)] = middle;
+    xs[0] = lo;
+    xs[static_cast<std::size_t>(last)] = hi;
+    // A range too narrow beside its distance from zero to hold the points
+    // apart leaves the function as it was.
+    for (int k = 1; k <= last; ++k) {
+        if (!(xs[static_cast<std::size_t>(k)] > xs[static_cast<std::size_t>(k - 1)]))
+            throw RuntimeError(RuntimeError::Overflow);
+    }
+    for (int j = 1; j < last; ++j) {
+        const int k = cost ? last - j : j;
+        w.SmpX(att, k) = xs[static_cast<std::size_t>(k)];
+        w.SmpY(att, k) = layout.v[static_cast<std::size_t>(j)];
+    }
     w.SmpX(att, 0) = w.ScoreMinimum(att);
     w.SmpX(att, last) = w.ScoreMaximum(att);
     w.SmpY(att, 0) = std::int16_t(cost ? 1 : 0);
