@@ -171,12 +171,11 @@ double LinearParameterA(std::int16_t& att);
 double LinearParameterB(std::int16_t& att);
 double ExponentialParameterA(std::int16_t& att, double& middle);
 double ExponentialParameterB(std::int16_t& att, double& middle);
-// Refills the attribute's SmpSize points from the exponential through the
-// middle score: the ends copied from the range, the middle point of an odd
-// size the middle score itself at value one half, the others at equal steps
-// of value unless a blend towards equal steps of score keeps the curve
-// through the points closer to the exponential. ScoreMiddle(att) becomes
-// the middle score.
+// Refills the attribute's SmpSize points (3 .. 11) from the exponential
+// through the middle score: the ends copied from the range, one point the
+// middle score itself at value one half, the others on the exponential
+// where the curve through the points keeps the order and strays least from
+// it. ScoreMiddle(att) becomes the middle score.
 void ResampleExponential(std::int16_t& att, double& middle);
 
 // --- Sample points ---------------------------------------------------------
