@@ -1,6 +1,6 @@
 // What the page benchmarks share: one attribute with a function through
 // evenly spread points, and one drag step measured from the mouse move on a
-// mark to the painted page.
+// mark to the repainted window.
 #pragma once
 
 #include <kelmar/mdKelMain.h>
@@ -55,40 +55,59 @@ inline void fillOneAttribute(std::int16_t technique, std::int16_t size, std::int
     }
 }
 
+// The next frame of a shown window, one turn of the event loop: what the
+// handlers left pending runs now, the layouts that a changed text asks for
+// and the repaint of the regions the widgets marked as changed, into the
+// window's backing store. The first turn after show() exposes the window
+// and paints it whole.
+inline void nextFrame() { QCoreApplication::processEvents(); }
+
+// What follows a drag step in a benchmark.
+enum class Frame {
+    None,     // the handler alone
+    Changed,  // the next frame of the window
+    Whole,    // the whole page painted into an image, as when it is uncovered
+};
+
 // Grabs mark at grab (inside it) and, for every benchmark iteration, moves
 // the mouse back and forth by 2 and 4 times unit (pixels), never across a
-// neighbour, which runs the page's drag handler; the page is then painted
-// into an image, as the next frame (unless paint is false). Releases the
-// mark at the end.
+// neighbour, which runs the page's drag handler; then the frame. Releases
+// the mark at the end.
 inline void dragSteps(benchmark::State& state, QWidget& page, QWidget& mark, QPointF grab,
-                      QPointF unit, bool paint = true) {
+                      QPointF unit, Frame frame = Frame::Changed) {
     auto send = [&mark](QEvent::Type type, QPointF at, Qt::MouseButton button,
                         Qt::MouseButtons buttons) {
         QMouseEvent event(type, at, mark.mapToGlobal(at), button, buttons, Qt::NoModifier);
         QCoreApplication::sendEvent(&mark, &event);
     };
+    nextFrame();  // the page's first painting is no step
     send(QEvent::MouseButtonPress, grab, Qt::LeftButton, Qt::LeftButton);
+    nextFrame();
     const double offsets[4] = {2.0, -2.0, 4.0, -4.0};
-    QImage frame(page.size() * page.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
+    QImage image(page.size() * page.devicePixelRatio(), QImage::Format_ARGB32_Premultiplied);
     std::size_t step = 0;
     for (auto _ : state) {
         send(QEvent::MouseMove, grab + offsets[step++ % 4] * unit, Qt::NoButton, Qt::LeftButton);
-        if (!paint) continue;
-        QPainter painter(&frame);
-        page.render(&painter);
-        painter.end();
-        benchmark::DoNotOptimize(frame.constBits());
+        if (frame == Frame::Changed) {
+            nextFrame();
+        } else if (frame == Frame::Whole) {
+            QPainter painter(&image);
+            page.render(&painter);
+            painter.end();
+            benchmark::DoNotOptimize(image.constBits());
+        }
     }
     send(QEvent::MouseButtonRelease, grab, Qt::LeftButton, Qt::NoButton);
+    nextFrame();
 }
 
 // A horizontal drag of the mark `markName` along the rating chart
 // `chartName` (116 units across), grabbed near its top.
 inline void measureDragStep(benchmark::State& state, QWidget& page, const QString& markName,
-                            const QString& chartName) {
+                            const QString& chartName, Frame frame = Frame::Changed) {
     auto* mark = page.findChild<QWidget*>(markName);
     const double unit = page.findChild<QWidget*>(chartName)->width() / 116.0;
-    dragSteps(state, page, *mark, QPointF(mark->width() / 2.0, 8.0), QPointF(unit, 0.0));
+    dragSteps(state, page, *mark, QPointF(mark->width() / 2.0, 8.0), QPointF(unit, 0.0), frame);
 }
 
 }  // namespace kelmar::bench

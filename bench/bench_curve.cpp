@@ -1,6 +1,6 @@
 // One drag step on the Curve Drawing page: the mouse move on a mark that
 // stands on the value function chart, the move rule, the read-outs, the
-// chart redrawn under the mark and a repaint of the whole page.
+// chart redrawn under the mark and the repaint of what changed.
 #include "PageDrag.h"
 #include "charts/DrawSurface.h"
 #include "pages/techniques/frmKelCurveDrawing.h"

@@ -1,7 +1,8 @@
 // One drag step on the Direct Rating page, from the mouse move on the mark
-// to the painted page: the move rule, the read-out labels, the value
-// function chart and a repaint of the whole page into an image, measured on
-// an offscreen page with an eleven-point function and the decoration bands.
+// to the repainted window: the move rule, the read-out labels, the value
+// function chart and the repaint of what changed, measured on an offscreen
+// page with an eleven-point function and the decoration bands; and the same
+// step with the whole page painted, as when the window is uncovered.
 #include "PageDrag.h"
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
@@ -12,7 +13,7 @@ namespace {
 using namespace kelmar;
 using namespace kelmar::bench;
 
-void DragStep(benchmark::State& state) {
+void directRatingStep(benchmark::State& state, Frame frame) {
     ensureApplication();
     fillOneAttribute(kDirectRating, 11);
     frmKelDirectRating page;
@@ -20,9 +21,15 @@ void DragStep(benchmark::State& state) {
     page.load();
     page.show();
     // The middle mark: point 5 at 50.
-    measureDragStep(state, page, QStringLiteral("picScorePoint_5"), QStringLiteral("picRatingChart"));
+    measureDragStep(state, page, QStringLiteral("picScorePoint_5"), QStringLiteral("picRatingChart"),
+                    frame);
 }
+
+void DragStep(benchmark::State& state) { directRatingStep(state, Frame::Changed); }
 BENCHMARK(DragStep)->Unit(benchmark::kMicrosecond);
+
+void DragStepWholePage(benchmark::State& state) { directRatingStep(state, Frame::Whole); }
+BENCHMARK(DragStepWholePage)->Unit(benchmark::kMicrosecond);
 
 // The value function chart alone.
 void ValueChartRedraw(benchmark::State& state) {

@@ -1,8 +1,9 @@
 // The two lottery pages' own steps on an offscreen page with a nine-point
 // function: a step of the probability slider (the tip, the probability
-// texts and the redrawn diagram) and a release of the slider (the stored
-// value, the value function chart, the labels and the next point), and a
-// certainty-equivalent release (the stored mean, the charts and the labels).
+// texts, the redrawn diagram and the next frame) and a release of the slider
+// (the stored value, the value function chart, the labels and the next
+// point); a certainty-equivalent drag step and a drag with its release (the
+// stored mean, the charts and the labels).
 #include "PageDrag.h"
 #include "pages/techniques/frmKelVarC.h"
 #include "pages/techniques/frmKelVarP.h"
@@ -30,7 +31,8 @@ void send(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button, Qt
 }
 
 
-// One slider step on point 4: the thumb moves, the page shows p.
+// One slider step on point 4: the thumb moves, the page shows p, the window
+// repaints what changed.
 void ProbabilitySliderStep(benchmark::State& state) {
     ensureApplication();
     fillNinePoints(kVariableProbability);
@@ -41,7 +43,11 @@ void ProbabilitySliderStep(benchmark::State& state) {
     page.JudgedPoint = 4;
     page.SetProbabilityRange(4);
     int position = 0;
-    for (auto _ : state) slider->setValue(position++ % 11);
+    nextFrame();
+    for (auto _ : state) {
+        slider->setValue(position++ % 11);
+        nextFrame();
+    }
 }
 BENCHMARK(ProbabilitySliderStep)->Unit(benchmark::kMicrosecond);
 
@@ -68,6 +74,18 @@ void ProbabilitySliderRelease(benchmark::State& state) {
     }
 }
 BENCHMARK(ProbabilitySliderRelease)->Unit(benchmark::kMicrosecond);
+
+// A drag step of the middle point on the certainty equivalent page: the
+// sure score, the diagram and the next frame.
+void CertaintyDragStep(benchmark::State& state) {
+    ensureApplication();
+    fillNinePoints(kVariableCertainty);
+    frmKelVarC page;
+    page.load();
+    page.show();
+    measureDragStep(state, page, QStringLiteral("picScorePoint_4"), QStringLiteral("picRatingChart"));
+}
+BENCHMARK(CertaintyDragStep)->Unit(benchmark::kMicrosecond);
 
 // A drag of the middle point by a step and its release on the certainty
 // equivalent page: the move redraws the diagram, the release stores the

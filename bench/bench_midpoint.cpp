@@ -40,7 +40,7 @@ void send(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button, Qt
 }
 
 // One mouse move of a held slider handle: the slider's new position, the
-// middle score and the tip text.
+// middle score, the tip text and the next frame of the window.
 void MidpointSliderStep(benchmark::State& state) {
     ensureApplication();
     fillOneAttribute();
@@ -55,6 +55,7 @@ void MidpointSliderStep(benchmark::State& state) {
     std::size_t step = 0;
     for (auto _ : state) {
         send(slider, QEvent::MouseMove, {x + offsets[step++ % 4], y}, Qt::NoButton, Qt::LeftButton);
+        bench::nextFrame();
         benchmark::DoNotOptimize(page.middleShown());
     }
     send(slider, QEvent::MouseButtonRelease, {x, y}, Qt::LeftButton, Qt::NoButton);

@@ -1,8 +1,8 @@
 // One drag step on each page that judges scores on the score bar, from the
-// mouse move on the mark to the painted page: the move rule, the read-outs,
-// the function fitted to the scores, the judgment redrawn on the chart and in
-// words, the value function chart and a repaint of the whole page, measured
-// offscreen with the largest sample each page takes.
+// mouse move on the mark to the repainted window: the move rule, the
+// read-outs, the function fitted to the scores, the judgment redrawn on the
+// chart and in words, the value function chart and the repaint of what
+// changed, measured offscreen with the largest sample each page takes.
 #include "PageDrag.h"
 #include "pages/techniques/frmKelBisection.h"
 #include "pages/techniques/frmKelDiffStdSeq.h"
