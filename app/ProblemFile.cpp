@@ -1,5 +1,7 @@
 #include "ProblemFile.h"
 
+#include "Workbench.h"
+
 #include <kelmar/KelmarDll.h>
 #include <kelmar/mdKelMain.h>
 
@@ -13,8 +15,11 @@
 
 #include <algorithm>
 #include <bit>
-#include <iterator>
+#include <cfloat>
 #include <cmath>
+#include <initializer_list>
+#include <iterator>
+#include <optional>
 
 namespace kelmarhost {
 
@@ -24,6 +29,9 @@ using kelmar::VariantArray;
 namespace {
 
 constexpr int kMaxPoints = 11;
+// The wizard lays out and draws scores in single precision: a score, a range
+// end or a point beyond this would overflow there.
+constexpr double kLargestScore = FLT_MAX;
 
 QString typeName(const QJsonValue& v) {
     switch (v.type()) {
@@ -38,13 +46,35 @@ QString typeName(const QJsonValue& v) {
     return QStringLiteral("nothing");
 }
 
+// A fault stays on one line whatever the file's keys and texts hold: their
+// control characters are written as escapes.
+QString oneLine(const QString& text) {
+    QString out;
+    out.reserve(text.size());
+    for (const QChar c : text) {
+        if (c == QLatin1Char('\n')) {
+            out += QStringLiteral("\\n");
+        } else if (c == QLatin1Char('\r')) {
+            out += QStringLiteral("\\r");
+        } else if (c == QLatin1Char('\t')) {
+            out += QStringLiteral("\\t");
+        } else if (c.unicode() < 0x20 || c.unicode() == 0x7f || c.category() == QChar::Separator_Line ||
+                   c.category() == QChar::Separator_Paragraph) {
+            out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
 // Reads the fields of one problem file and reports the first fault.
 class Reader {
 public:
     explicit Reader(QString source) : source_(std::move(source)) {}
 
     [[noreturn]] void fail(const QString& field, const QString& what) const {
-        throw ProblemFileError(QStringLiteral("%1: %2: %3").arg(source_, field, what));
+        throw ProblemFileError(oneLine(QStringLiteral("%1: %2: %3").arg(source_, field, what)));
     }
 
     QJsonValue required(const QJsonObject& o, const QString& key, const QString& path) const {
@@ -69,6 +99,15 @@ public:
         if (!v.isDouble()) fail(path, QStringLiteral("expected a number, found %1").arg(typeName(v)));
         return v.toDouble();
     }
+    // A score, a range end or a point's score.
+    double score(const QJsonValue& v, const QString& path) const {
+        const double d = number(v, path);
+        if (std::abs(d) > kLargestScore)
+            fail(path, QStringLiteral("expected a score from -%1 to %1 (single precision), found %2")
+                           .arg(kLargestScore)
+                           .arg(d));
+        return d;
+    }
     int integer(const QJsonValue& v, const QString& path, int lo, int hi) const {
         const double d = number(v, path);
         if (d != std::floor(d) || d < lo || d > hi)
@@ -83,16 +122,62 @@ private:
     QString source_;
 };
 
-double requiredNumber(const Reader& r, const QJsonObject& o, const QString& key,
-                      const QString& path) {
+double requiredScore(const Reader& r, const QJsonObject& o, const QString& key,
+                     const QString& path) {
     const QString field = path + QLatin1Char('.') + key;
-    return r.number(r.required(o, key, field), field);
+    return r.score(r.required(o, key, field), field);
+}
+
+// Edits that turn one key into the other (letters, case counted).
+qsizetype editDistance(const QString& a, const QString& b) {
+    QVector<qsizetype> row(b.size() + 1);
+    for (qsizetype j = 0; j <= b.size(); ++j) row[j] = j;
+    for (qsizetype i = 1; i <= a.size(); ++i) {
+        qsizetype diagonal = row[0];
+        row[0] = i;
+        for (qsizetype j = 1; j <= b.size(); ++j) {
+            const qsizetype above = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1,
+                               diagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+// Refuses a key the object does not know, with the known key it most likely
+// stands for.
+void checkKeys(const Reader& r, const QJsonObject& o, const QString& path,
+               std::initializer_list<const char*> known) {
+    for (auto it = o.begin(); it != o.end(); ++it) {
+        const QString key = it.key();
+        if (std::any_of(known.begin(), known.end(),
+                        [&](const char* k) { return key == QLatin1String(k); }))
+            continue;
+        QString hint;
+        for (const char* k : known) {
+            const QString candidate = QString::fromLatin1(k);
+            if (key.compare(candidate, Qt::CaseInsensitive) == 0 ||
+                editDistance(key.toLower(), candidate.toLower()) <= 2) {
+                hint = QStringLiteral("; did you mean \"%1\"?").arg(candidate);
+                break;
+            }
+        }
+        r.fail(path.isEmpty() ? key : path + QLatin1Char('.') + key,
+               QStringLiteral("unknown field") + hint);
+    }
 }
 
 ValueFunction readFunction(const Reader& r, const QJsonObject& o, const QString& path) {
+    // A results line's record also names its attribute and technique and
+    // repeats the value scale and the sample size.
+    checkKeys(r, o, path,
+              {"scoreMinimum", "scoreMiddle", "scoreMaximum", "technique", "type", "points",
+               "parameters", "categoryOrder", "attribute", "techniqueName", "maxValue",
+               "sampleSize"});
     ValueFunction f;
-    f.minimum = requiredNumber(r, o, QStringLiteral("scoreMinimum"), path);
-    f.maximum = requiredNumber(r, o, QStringLiteral("scoreMaximum"), path);
+    f.minimum = requiredScore(r, o, QStringLiteral("scoreMinimum"), path);
+    f.maximum = requiredScore(r, o, QStringLiteral("scoreMaximum"), path);
     if (!(f.minimum < f.maximum))
         r.fail(path + QStringLiteral(".scoreMaximum"),
                QStringLiteral("must be greater than scoreMinimum (%1), found %2")
@@ -101,8 +186,8 @@ ValueFunction readFunction(const Reader& r, const QJsonObject& o, const QString&
     if (o.contains(QStringLiteral("scoreMiddle"))) {
         // Kept as given: the wizard's search for the middle may end a hair
         // beyond the range.
-        f.middle = r.number(o.value(QStringLiteral("scoreMiddle")),
-                            path + QStringLiteral(".scoreMiddle"));
+        f.middle = r.score(o.value(QStringLiteral("scoreMiddle")),
+                           path + QStringLiteral(".scoreMiddle"));
     } else {
         f.middle = (f.minimum + f.maximum) / 2.0;
     }
@@ -124,7 +209,7 @@ ValueFunction readFunction(const Reader& r, const QJsonObject& o, const QString&
             const QJsonArray xy = r.array(points.at(k), pk);
             if (xy.size() != 2)
                 r.fail(pk, QStringLiteral("expected [score, value], found %1 numbers").arg(xy.size()));
-            const double x = r.number(xy.at(0), pk + QStringLiteral("[0]"));
+            const double x = r.score(xy.at(0), pk + QStringLiteral("[0]"));
             const double y = r.number(xy.at(1), pk + QStringLiteral("[1]"));
             if (y < 0.0 || y > 1.0)
                 r.fail(pk + QStringLiteral("[1]"),
@@ -179,6 +264,39 @@ ValueFunction readFunction(const Reader& r, const QJsonObject& o, const QString&
     return f;
 }
 
+// Alternatives are valued on the curve through the points: points whose
+// curve leaves the doubles (scores a hair apart with far-apart values)
+// cannot value anything. Forms every interval's cubic once; the run-time
+// error's text when one fails.
+std::optional<QString> curveFault(const ValueFunction& f) {
+    CurveEvaluator value(f);
+    try {
+        for (qsizetype k = 1; k < f.points.size(); ++k)
+            static_cast<void>(value((f.points[k - 1].x() + f.points[k].x()) / 2.0));
+    } catch (const kelmar::RuntimeError& error) {
+        return error.description();
+    }
+    return std::nullopt;
+}
+
+// A function's range holds every alternative's score on its attribute.
+void checkCoverage(const Reader& r, const Problem& p, qsizetype att, const QString& path) {
+    const ValueFunction& f = p.functions.at(att);
+    for (qsizetype i = 0; i < p.scores.size(); ++i) {
+        const double x = p.scores.at(i).at(att);
+        if (x >= f.minimum && x <= f.maximum) continue;
+        const bool below = x < f.minimum;
+        r.fail(path + (below ? QStringLiteral(".scoreMinimum") : QStringLiteral(".scoreMaximum")),
+               QStringLiteral("the range %1 to %2 must hold every alternative's score; "
+                              "scores[%3][%4] is %5")
+                   .arg(f.minimum)
+                   .arg(f.maximum)
+                   .arg(i)
+                   .arg(att)
+                   .arg(x));
+    }
+}
+
 }  // namespace
 
 ValueFunction linearFunction(double minimum, double maximum, bool cost, int count) {
@@ -219,6 +337,10 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
                QStringLiteral("expected an object, found %1")
                    .arg(doc.isArray() ? QStringLiteral("an array") : QStringLiteral("nothing")));
     const QJsonObject root = doc.object();
+    // A results line adds its functions and values; a saved file its history.
+    checkKeys(r, root, QString(),
+              {"title", "helpDirectory", "methodCode", "maxValue", "alternatives", "attributes",
+               "scores", "valueFunctions", "functions", "values", "history"});
 
     Problem p;
     p.source = source;
@@ -263,6 +385,7 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
     for (qsizetype j = 0; j < atts.size(); ++j) {
         const QString path = QStringLiteral("attributes[%1]").arg(j);
         const QJsonObject o = r.object(atts.at(j), path);
+        checkKeys(r, o, path, {"name", "definition", "property"});
         Attribute a;
         a.name = r.string(r.required(o, QStringLiteral("name"), path + QStringLiteral(".name")),
                           path + QStringLiteral(".name"))
@@ -307,9 +430,10 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
         QVector<double> values(attNum);
         for (qsizetype j = 0; j < attNum; ++j) {
             const QJsonValue cell = row.at(j);
-            values[j] = cell.isDouble()
-                            ? cell.toDouble()
-                            : r.number(cell, QStringLiteral("%1[%2]").arg(rowPath(i)).arg(j));
+            const double x = cell.toDouble();
+            values[j] = cell.isDouble() && std::abs(x) <= kLargestScore
+                            ? x
+                            : r.score(cell, QStringLiteral("%1[%2]").arg(rowPath(i)).arg(j));
         }
         p.scores.append(std::move(values));
     }
@@ -328,12 +452,22 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
         for (qsizetype j = 0; j < attNum; ++j) {
             const QString path = QStringLiteral("%1[%2]").arg(functionsKey).arg(j);
             ValueFunction f = readFunction(r, r.object(fs.at(j), path), path);
-            if (f.points.isEmpty()) {
+            const bool pointsGiven = !f.points.isEmpty();
+            if (!pointsGiven) {
                 const ValueFunction lin =
                     linearFunction(f.minimum, f.maximum, p.attributes.at(j).cost);
                 f.points = lin.points;
             }
             p.functions.append(f);
+            checkCoverage(r, p, j, path);
+            if (const std::optional<QString> fault = curveFault(f)) {
+                r.fail(path + (pointsGiven ? QStringLiteral(".points") : QStringLiteral(".scoreMaximum")),
+                       (pointsGiven ? QStringLiteral("the curve through these points cannot be "
+                                                     "computed (%1)")
+                                    : QStringLiteral("the range is too narrow to lay points on "
+                                                     "(%1)"))
+                           .arg(*fault));
+            }
         }
     } else {
         // Without earlier functions every attribute starts linear on the
@@ -345,8 +479,17 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
                 lo = std::min(lo, row.at(j));
                 hi = std::max(hi, row.at(j));
             }
-            if (hi <= lo) hi = lo + 1.0;
-            ValueFunction f = linearFunction(lo, hi, p.attributes.at(j).cost);
+            // Scores all the same (or too close for a curve): a range of 1
+            // above the lowest, wide enough for single precision to tell its
+            // points apart however large the score is (below the highest
+            // where it would leave single precision).
+            const bool cost = p.attributes.at(j).cost;
+            ValueFunction f = linearFunction(lo, hi, cost);
+            if (hi <= lo || curveFault(f)) {
+                const double width = std::max(1.0, std::abs(lo) / 65536.0);
+                f = lo + width <= kLargestScore ? linearFunction(lo, lo + width, cost)
+                                                : linearFunction(hi - width, hi, cost);
+            }
             f.technique = kelmar::kDirectRating;
             p.functions.append(f);
         }

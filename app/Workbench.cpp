@@ -116,6 +116,10 @@ CurveEvaluator::CurveEvaluator(const ValueFunction& f)
 
 double CurveEvaluator::operator()(double score) {
     if (n_ < 1) return std::numeric_limits<double>::quiet_NaN();
+    // At or beyond an end the score is worth that end's value, as on Finish:
+    // the extended end cubic may turn back, and far out it overflows.
+    if (score <= xs_(0).toDouble()) return std::clamp(ys_(0).toDouble(), 0.0, 1.0);
+    if (score >= xs_(n_ - 1).toDouble()) return std::clamp(ys_(n_ - 1).toDouble(), 0.0, 1.0);
     std::int16_t evaluate = -1;
     kelmar::AkimaInterpolate(xs_, ys_, n_, evaluate, score, out_);
     return std::clamp(out_(4).toDouble(), 0.0, 1.0);

@@ -12,17 +12,76 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <QMessageBox>
+#include <QSet>
 #include <QTimer>
 
 #include <cstdio>
+#include <exception>
 
 using namespace kelmarhost;
 
 namespace {
 constexpr const char* kVersion = "0.1.0";
+// The exit status of an error that no check foresaw (1 and 2 are failed
+// writes and bad input).
+constexpr int kUnexpectedError = 3;
+
+void reportUnexpected(const char* what) {
+    std::fprintf(stderr, "kelmar-host: unexpected error: %s\n", what);
 }
 
-int main(int argc, char** argv) {
+// An error that escapes an event handler ends that handler only: the
+// analyst is told and the workbench stays open. Without a window the first
+// one decides the exit status.
+class HostApplication : public QApplication {
+public:
+    HostApplication(int& argc, char** argv, bool windowless)
+        : QApplication(argc, argv), windowless_(windowless) {}
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const std::exception& error) {
+            unexpected(QString::fromUtf8(error.what()));
+        } catch (...) {
+            unexpected(QStringLiteral("an unknown error"));
+        }
+        return false;
+    }
+    bool failed() const noexcept { return failed_; }
+
+private:
+    void unexpected(const QString& what) {
+        reportUnexpected(qPrintable(what));
+        failed_ = true;
+        // An error met again (a picture that cannot be painted, say) is not
+        // shown again: the box would come back with every repaint.
+        if (windowless_ || reporting_ || shown_.contains(what)) return;
+        shown_.insert(what);
+        reporting_ = true;
+        QMessageBox::critical(activeWindow(), QStringLiteral("kelmar-host"),
+                              QStringLiteral("An unexpected error ended the last action: %1\n\n"
+                                             "The workbench stays open; saving your work now "
+                                             "is a good idea.")
+                                  .arg(what));
+        reporting_ = false;
+    }
+
+    bool windowless_;
+    bool failed_ = false;
+    bool reporting_ = false;
+    QSet<QString> shown_;
+};
+
+void quietMessages(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "kelmar-host: %s\n", qPrintable(message));
+}
+
+}  // namespace
+
+static int run(int argc, char** argv) {
     QStringList arguments;
     for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
 
@@ -132,7 +191,7 @@ int main(int argc, char** argv) {
     // Charts are drawn without a screen.
     if (batch && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
 
-    QApplication app(argc, argv);
+    HostApplication app(argc, argv, batch);
     QApplication::setApplicationName(QStringLiteral("kelmar-host"));
     QApplication::setApplicationVersion(QString::fromLatin1(kVersion));
     if (parser.isSet(chart)) {
@@ -145,7 +204,7 @@ int main(int argc, char** argv) {
             return 1;
         }
     }
-    if (batch) return 0;
+    if (batch) return app.failed() ? kUnexpectedError : 0;
 
     int status = 0;
     {
@@ -165,4 +224,17 @@ int main(int argc, char** argv) {
     }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return status;
+}
+
+int main(int argc, char** argv) {
+    // Nothing a problem file or the analyst does may abort the program: an
+    // error no check foresaw ends it with one line and a status of its own.
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        reportUnexpected(error.what());
+    } catch (...) {
+        reportUnexpected("an unknown error");
+    }
+    return kUnexpectedError;
 }

@@ -99,6 +99,17 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
         {R"({"scoreMinimum": 0, "scoreMaximum": 30}, {"scoreMinimum": 0, "scoreMaximum": 30})",
          "valueFunctions: expected 1 functions (one per attribute), found 2"},
         {"{\"scoreMinimum\": \"Gr\xc3\xbcn\" \"scoreMaximum\": 30}", "line 2, column 81: not valid JSON: unterminated object"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "point": []})",
+         "valueFunctions[0].point: unknown field; did you mean \"points\"?"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "a\nb": 1})", "valueFunctions[0].a\\nb: unknown field"},
+        {R"({"scoreMinimum": 15, "scoreMaximum": 30})",
+         "valueFunctions[0].scoreMinimum: the range 15 to 30 must hold every alternative's score; scores[0][0] is 10"},
+        {R"({"scoreMinimum": -1e39, "scoreMaximum": 30})",
+         "valueFunctions[0].scoreMinimum: expected a score from -3.40282e+38 to 3.40282e+38 (single precision), found -1e+39"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [1e-300, 0.5], [30, 0]]})",
+         "valueFunctions[0].points: the curve through these points cannot be computed (Overflow)"},
+        {R"({"scoreMinimum": 0, "scoreMaximum": 30}], "valuefunctions": [)",
+         "valuefunctions: unknown field; did you mean \"valueFunctions\"?"},
     };
     for (const auto& c : functions) {
         EXPECT_EQ(faultOf([&] { parseProblem(head + c.function + "]}", QStringLiteral("inline.json")); }),

@@ -10,6 +10,7 @@
 #include <QJsonObject>
 #include <QLocale>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -69,7 +70,10 @@ Problem generated(int alternatives, int attributes, unsigned seed) {
     }
     for (int i = 0; i < alternatives; ++i) {
         QVector<double> row;
-        for (int j = 0; j < attributes; ++j) row.append((unit(random) - 0.2) * 1e4 / 3.0);
+        for (int j = 0; j < attributes; ++j) {
+            const ValueFunction& f = p.functions[j];  // a range holds every score
+            row.append(std::clamp(f.minimum + (f.maximum - f.minimum) * unit(random), f.minimum, f.maximum));
+        }
         p.scores.append(row);
     }
     return p;
