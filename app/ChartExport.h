@@ -15,7 +15,9 @@
 namespace kelmarhost {
 
 // Draws attribute att's curves (the last one current, with the
-// alternatives' scores marked on it) into chart.
+// alternatives' scores marked and, for a small problem, named on it) into
+// chart, with the score axis' caption and the comparison's lines: where the
+// curves differ most and where one turns back.
 void drawAttributeChart(kelmar::ValueFunctionChart& chart, const Problem& problem, int att,
                         const QVector<AttributeCurve>& curves);
 
@@ -33,8 +35,8 @@ private:
     kelmar::ValueFunctionChart chart_;
 };
 
-// The chart as an SVG document of the given size (logical pixels): lines,
-// rectangles, polygons and text as the chart paints them.
+// The chart as an SVG document of the given size (logical pixels), drawn
+// as it is painted on screen.
 QByteArray chartSvg(const kelmar::ValueFunctionChart& chart, QSize size);
 
 // Writes the chart as PNG or SVG, chosen by the file's suffix (.png, .svg);

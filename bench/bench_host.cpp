@@ -3,8 +3,11 @@
 //
 // Host/Open reads and checks the file (loadProblemFile), Host/Save writes
 // it (saveProblemFile), Host/Evaluate computes the value table the
-// problem's functions give (the table of --evaluate and of the Values tab).
+// problem's functions give (the table of --evaluate and of the Values tab),
+// Host/Report writes the analyst's PDF report (--report): every
+// attribute's chart and tables and the whole value table, some 1,300 pages.
 #include "ProblemFile.h"
+#include "Report.h"
 #include "Workbench.h"
 
 #include <benchmark/benchmark.h>
@@ -76,5 +79,14 @@ void HostEvaluate(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(evaluateProblem(f.problem));
 }
 BENCHMARK(HostEvaluate)->Name("Host/Evaluate")->Unit(benchmark::kMillisecond);
+
+void HostReport(benchmark::State& state) {
+    Files& f = files();
+    const QString path = f.dir.filePath(QStringLiteral("report.pdf"));
+    for (auto _ : state) {
+        if (!writeReport(reportOfProblem(f.problem), path)) state.SkipWithError("not written");
+    }
+}
+BENCHMARK(HostReport)->Name("Host/Report")->Unit(benchmark::kMillisecond)->Iterations(1);
 
 }  // namespace

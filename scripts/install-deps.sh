@@ -3,8 +3,10 @@
 # Does nothing when they are all present.
 set -euo pipefail
 
-packages=(build-essential cmake ninja-build pkg-config qt6-base-dev libgl-dev
-          libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev fonts-dejavu-core)
+# qt6-svg-dev: kelmar-host's SVG charts; poppler-utils: the report test
+# reads the PDF's text and pictures back.
+packages=(build-essential cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libgl-dev
+          libgtest-dev libgmock-dev libbenchmark-dev libgsl-dev fonts-dejavu-core poppler-utils)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -40,6 +40,24 @@ struct ChartCurve {
     std::vector<double> values;
 };
 
+// A line up the chart at one score, from one value to another (0 .. 1),
+// with a caption beside it: where two curves differ most, where a curve
+// turns back.
+struct ChartGuide {
+    double score = 0.0;
+    double from = 0.0;
+    double to = 1.0;
+    QString caption;
+    int curve = -1;  // drawn in curveColor(curve); -1: black
+};
+
+// What a host adds to the chart besides curves and marks.
+struct ChartExtras {
+    QString scoreCaption;            // under the score axis' labels
+    std::vector<QString> markNames;  // one per mark, printed beside it where there is room
+    std::vector<ChartGuide> guides;
+};
+
 class KELMAR_CHART_API ValueFunctionChart {
 public:
     ValueFunctionChart();
@@ -54,7 +72,7 @@ public:
     // left out. Replaces whatever was drawn before.
     void draw(const QString& attributeName, double scoreMinimum, double scoreMaximum,
               std::int16_t maxVal, const std::vector<ChartCurve>& curves,
-              const std::vector<QPointF>& marks);
+              const std::vector<QPointF>& marks, const ChartExtras& extras = {});
 
     // Paints the drawing onto painter as if the device were `size` large
     // (logical pixels). Text and pens keep their proportions at any size.
@@ -62,8 +80,9 @@ public:
     // The size at which fonts have their nominal point size.
     QSize designSize() const;
 
-    // The colour of curve i: twelve clearly different colours, the first
-    // the blue of the wizard's own chart; then they repeat.
+    // The colour of curve i: six colours that stay apart for readers who
+    // do not tell red from green (no red against green), the first the blue
+    // of the wizard's own chart; then they repeat.
     static QColor curveColor(std::size_t index);
 
 private:

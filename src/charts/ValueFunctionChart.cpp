@@ -13,18 +13,116 @@ namespace kelmar {
 
 namespace {
 
-// QBColor numbers: the bright blue of the page chart first, then colours
-// that stay apart from it and from each other on a white ground.
-constexpr std::array<int, 12> kCurveColors = {9, 12, 10, 13, 4, 1, 2, 5, 6, 3, 11, 8};
+// The bright blue of the page chart first, then orange, bluish green,
+// reddish purple, sky blue and wine: they differ in lightness and along the
+// blue-yellow axis, so they stay apart from each other and from a white
+// ground for readers who confuse red and green.
+constexpr std::array<OleColor, 6> kCurveColors = {
+    ole::rgb(0x00, 0x00, 0xFF), ole::rgb(0xE6, 0x9F, 0x00), ole::rgb(0x00, 0x9E, 0x73),
+    ole::rgb(0xCC, 0x79, 0xA7), ole::rgb(0x56, 0xB4, 0xE9), ole::rgb(0x88, 0x22, 0x55)};
 
 constexpr std::int16_t kPointCount = 32;
 constexpr double kLegendPoint = 7.0;
 constexpr double kLegendSwatch = 5.0;
 constexpr double kLegendPad = 1.0;
 constexpr double kMarkHalf = 0.8;
+constexpr double kNotePoint = 6.5;  // mark names, guide captions, the score caption
+constexpr double kNotePad = 0.6;
 
-OleColor curveOle(std::size_t index) {
-    return qbColor(kCurveColors[index % kCurveColors.size()]);
+OleColor curveOle(std::size_t index) { return kCurveColors[index % kCurveColors.size()]; }
+
+// A text's box in user units: left, top, right, bottom (y grows upwards).
+struct TextBox {
+    double left, top, right, bottom;
+    bool overlaps(const TextBox& o) const {
+        return left < o.right && o.left < right && bottom < o.top && o.bottom < top;
+    }
+    bool inside(double l, double t, double r, double b) const {
+        return left >= l && right <= r && top <= t && bottom >= b;
+    }
+};
+
+// Prints text in the box (its top-left corner at the box's); the curves
+// stay visible through it.
+void printNote(DrawSurface& pic, const TextBox& box, const QString& text, OleColor color) {
+    pic.setForeColor(color);
+    pic.setCurrentX(box.left + kNotePad / 2);
+    pic.setCurrentY(box.top);
+    pic.print(text);
+    pic.setForeColor(ole::Black);
+}
+
+// A w by h box beside (x, y), gapX and gapY away from it: to the right or
+// left of it, above or below it.
+TextBox boxBeside(QPointF at, QSizeF size, QSizeF gap, bool right, bool above) {
+    const double left = right ? at.x() + gap.width() : at.x() - gap.width() - size.width();
+    const double top = above ? at.y() + gap.height() + size.height() : at.y() - gap.height();
+    return {left, top, left + size.width(), top - size.height()};
+}
+
+// Names beside the marks, each where it overlaps no name placed before it
+// and stays in the box (right and above first); a name without such a
+// place is left out rather than printed over another.
+void drawMarkNames(DrawSurface& pic, const std::vector<QPointF>& at,
+                   const std::vector<QString>& names, QSizeF markHalf, std::vector<TextBox>& taken) {
+    pic.setFontBold(false);
+    pic.setFontPointSize(kNotePoint);
+    const double h = pic.textHeight(QStringLiteral("Xg"));
+    for (std::size_t i = 0; i < at.size() && i < names.size(); ++i) {
+        if (names[i].isEmpty()) continue;
+        const double w = pic.textWidth(names[i]) + kNotePad;
+        for (const auto& [right, above] : {std::pair{true, true}, std::pair{true, false},
+                                           std::pair{false, true}, std::pair{false, false}}) {
+            const TextBox b = boxBeside(at[i], {w, h}, markHalf, right, above);
+            const bool free = std::none_of(taken.begin(), taken.end(),
+                                           [&](const TextBox& t) { return t.overlaps(b); });
+            if (!free || !b.inside(0, 100, 100, 0)) continue;
+            printNote(pic, b, names[i], ole::DarkGrey);
+            taken.push_back(b);
+            break;
+        }
+    }
+}
+
+// A guide: the line at its score in its curve's colour, the caption at the
+// line's middle, on whichever side has room.
+void drawGuide(DrawSurface& pic, const ChartGuide& g, double x, std::vector<TextBox>& taken) {
+    const OleColor color = g.curve < 0 ? ole::Black : curveOle(static_cast<std::size_t>(g.curve));
+    const double from = std::clamp(g.from, 0.0, 1.0) * 100.0;
+    const double to = std::clamp(g.to, 0.0, 1.0) * 100.0;
+    pic.setDrawWidth(1);
+    pic.line(x, from, x, to, color);
+    // Short ends mark how far a difference reaches.
+    if (std::abs(to - from) < 100.0) {
+        pic.line(x - 1, from, x + 1, from, color);
+        pic.line(x - 1, to, x + 1, to, color);
+    }
+    if (g.caption.isEmpty()) return;
+    pic.setFontBold(false);
+    pic.setFontPointSize(kNotePoint);
+    const double w = pic.textWidth(g.caption) + kNotePad;
+    const double h = pic.textHeight(g.caption);
+    const double mid = std::clamp((from + to) / 2 + h / 2, h, 100.0);
+    TextBox b = boxBeside({x, mid}, {w, h}, {kNotePad, 0}, x + kNotePad + w <= 100, false);
+    b.left = std::max(0.0, b.left);
+    b.right = b.left + w;
+    printNote(pic, b, g.caption, color);
+    taken.push_back(b);
+}
+
+// The caption of the score axis, centred under its labels.
+void drawScoreCaption(DrawSurface& pic, const QString& caption) {
+    pic.setFontBold(false);
+    pic.setFontPointSize(8.0);
+    const double labelHeight = pic.textHeight(QStringLiteral("0"));
+    pic.setFontPointSize(kNotePoint + 0.5);
+    QString shown = caption;
+    const QString ellipsis(QChar(0x2026));
+    while (shown.size() > 1 && pic.textWidth(shown) > 100) shown = shown.chopped(2) + ellipsis;
+    pic.setCurrentX((100 - pic.textWidth(shown)) / 2);
+    pic.setCurrentY(-2 - labelHeight - 0.5);
+    pic.setForeColor(ole::Black);
+    pic.print(shown);
 }
 
 // The box coordinate (0 .. 100) of a score on the chart's axis.
@@ -102,7 +200,7 @@ QColor ValueFunctionChart::curveColor(std::size_t index) { return toQColor(curve
 void ValueFunctionChart::draw(const QString& attributeName, double scoreMinimum,
                               double scoreMaximum, std::int16_t maxVal,
                               const std::vector<ChartCurve>& curves,
-                              const std::vector<QPointF>& marks) {
+                              const std::vector<QPointF>& marks, const ChartExtras& extras) {
     DrawSurface& pic = d_->surface;
     QString title = QStringLiteral("Value Function Curve on ") + attributeName.trimmed();
     std::int16_t pointCount = kPointCount;
@@ -127,6 +225,11 @@ void ValueFunctionChart::draw(const QString& attributeName, double scoreMinimum,
         names.push_back(c.label);
         colors.push_back(curveOle(i));
     }
+    if (!extras.scoreCaption.trimmed().isEmpty()) drawScoreCaption(pic, extras.scoreCaption.trimmed());
+    // Guides lie under the curves, which stay whole.
+    std::vector<TextBox> taken;
+    for (const ChartGuide& g : extras.guides)
+        drawGuide(pic, g, boxX(g.score, scoreMinimum, scoreMaximum), taken);
     // In order: the last curve (a host's current one) lies on top.
     for (std::size_t i = 0; i < tables.size(); ++i)
         DrawVFCurve(pic, tables[i], pointCount, 1.0, colors[i]);
@@ -136,11 +239,17 @@ void ValueFunctionChart::draw(const QString& attributeName, double scoreMinimum,
     const double halfY = kMarkHalf * (std::abs(pic.scaleHeight()) / design.height()) /
                          (pic.scaleWidth() / design.width());
     pic.setDrawWidth(1);
+    std::vector<QPointF> at;
+    at.reserve(marks.size());
     for (const QPointF& m : marks) {
         const double x = boxX(m.x(), scoreMinimum, scoreMaximum);
         const double y = std::clamp(m.y(), 0.0, 1.0) * 100.0;
         pic.filledBox(x - kMarkHalf, y - halfY, x + kMarkHalf, y + halfY, ole::DarkGrey);
+        at.emplace_back(x, y);
+        // A name never covers a mark.
+        taken.push_back({x - kMarkHalf, y + halfY, x + kMarkHalf, y - halfY});
     }
+    drawMarkNames(pic, at, extras.markNames, {kMarkHalf, halfY}, taken);
     if (names.size() >= 2) drawLegend(pic, names, tables, colors);
 }
 

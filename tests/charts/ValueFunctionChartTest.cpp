@@ -1,9 +1,16 @@
-// The value function chart: the curve it samples.
+// The value function chart: the curve it samples and the colours a host's
+// chart gives its curves.
 #include "../model/ModelFixture.h"
 #include "charts/DrawSurface.h"
 #include "charts/mdVFGraphs.h"
 
+#include <kelmar/ValueFunctionChart.h>
+
+#include <QColor>
+
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <vector>
 
 namespace kelmar::test {
@@ -42,6 +49,64 @@ TEST_F(ModelTest, TheValueFunctionChartDrawsTheCurveAsOnePolylineCutToTheBox) {
             EXPECT_NEAR(drawn.y(), std::clamp(v, 0.0, 100.0), 1e-9) << k;
         }
         EXPECT_EQ(cut > 0, c.overshoots);
+    }
+}
+
+// CIELAB of a colour as a reader sees it through a colour-vision matrix
+// applied to linear RGB (D65 white).
+std::array<double, 3> seenLab(const QColor& c, const double (&m)[3][3]) {
+    const auto linear = [](double v) {
+        return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+    };
+    const double in[3] = {linear(c.redF()), linear(c.greenF()), linear(c.blueF())};
+    double rgb[3];
+    for (int i = 0; i < 3; ++i)
+        rgb[i] = std::clamp(m[i][0] * in[0] + m[i][1] * in[1] + m[i][2] * in[2], 0.0, 1.0);
+    const double x = (0.4124 * rgb[0] + 0.3576 * rgb[1] + 0.1805 * rgb[2]) / 0.9505;
+    const double y = 0.2126 * rgb[0] + 0.7152 * rgb[1] + 0.0722 * rgb[2];
+    const double z = (0.0193 * rgb[0] + 0.1192 * rgb[1] + 0.9505 * rgb[2]) / 1.089;
+    const auto f = [](double t) { return t > 0.008856 ? std::cbrt(t) : 7.787 * t + 16.0 / 116.0; };
+    return {116 * f(y) - 16, 500 * (f(x) - f(y)), 200 * (f(y) - f(z))};
+}
+
+double distance(const std::array<double, 3>& a, const std::array<double, 3>& b) {
+    return std::hypot(a[0] - b[0], a[1] - b[1], a[2] - b[2]);
+}
+
+// Every two curves of a compared attribute stay clearly apart, and apart
+// from the white ground, for normal sight and for readers who confuse red
+// and green (full protanopia and deuteranopia).
+TEST(CurveColorTest, CurvesStayApartForReadersWhoConfuseRedAndGreen) {
+    const struct { const char* sight; double m[3][3]; } sights[] = {
+        {"normal", {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
+        {"protanopia", {{0.152286, 1.052583, -0.204868}, {0.114503, 0.786281, 0.099216},
+                        {-0.003882, -0.048116, 1.051998}}},
+        {"deuteranopia", {{0.367322, 0.860646, -0.227968}, {0.280085, 0.672501, 0.047413},
+                          {-0.011820, 0.042940, 0.968881}}},
+    };
+    constexpr std::size_t kCompared = 6;
+    EXPECT_EQ(ValueFunctionChart::curveColor(0), QColor(0, 0, 255)) << "the wizard's own blue first";
+    // Never a strong red beside a strong green, however far apart their
+    // lightness puts them.
+    const auto hueIn = [](const QColor& c, int from, int to) {
+        const int h = c.hsvHue();
+        return c.hsvSaturationF() > 0.5 && (from <= to ? h >= from && h <= to : h >= from || h <= to);
+    };
+    bool red = false, green = false;
+    for (std::size_t i = 0; i < kCompared; ++i) {
+        red = red || hueIn(ValueFunctionChart::curveColor(i), 340, 20);
+        green = green || hueIn(ValueFunctionChart::curveColor(i), 75, 165);
+    }
+    EXPECT_FALSE(red && green);
+    for (const auto& s : sights) {
+        const auto white = seenLab(Qt::white, s.m);
+        for (std::size_t i = 0; i < kCompared; ++i) {
+            const auto a = seenLab(ValueFunctionChart::curveColor(i), s.m);
+            EXPECT_GT(distance(a, white), 30.0) << s.sight << " " << i;
+            for (std::size_t j = i + 1; j < kCompared; ++j)
+                EXPECT_GT(distance(a, seenLab(ValueFunctionChart::curveColor(j), s.m)), 15.0)
+                    << s.sight << " " << i << " " << j;
+        }
     }
 }
 
