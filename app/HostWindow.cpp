@@ -1,25 +1,39 @@
 #include "HostWindow.h"
 
 #include "ChartExport.h"
+#include "Report.h"
+#include "SampleProblem.h"
 
 #include <QAbstractTableModel>
+#include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QDateTime>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QJsonObject>
 #include <QLabel>
 #include <QListWidget>
+#include <QLocale>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSaveFile>
+#include <QScrollBar>
+#include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextDocument>
 #include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -35,12 +49,16 @@ using kelmar::VariantArray;
 // A read-only table of numbers, alternatives by attributes.
 class TableModel : public QAbstractTableModel {
 public:
-    TableModel(QStringList rows, QStringList columns, int decimals, QObject* parent)
-        : QAbstractTableModel(parent),
-          rows_(std::move(rows)),
-          columns_(std::move(columns)),
-          decimals_(decimals) {}
+    explicit TableModel(QObject* parent) : QAbstractTableModel(parent) {}
 
+    void setTable(QStringList rows, QStringList columns, int decimals, ValueTable table) {
+        beginResetModel();
+        rows_ = std::move(rows);
+        columns_ = std::move(columns);
+        decimals_ = decimals;
+        table_ = std::move(table);
+        endResetModel();
+    }
     void setTable(ValueTable table) {
         beginResetModel();
         table_ = std::move(table);
@@ -66,11 +84,15 @@ public:
 
 private:
     QStringList rows_, columns_;
-    int decimals_;
+    int decimals_ = -1;
     ValueTable table_;
 };
 
 namespace {
+
+// Where the list of recent files is kept.
+const QString kSettingsOrganization = QStringLiteral("kelmar");
+const QString kSettingsApplication = QStringLiteral("kelmar-host");
 
 QStringList attributeNames(const Problem& p) {
     QStringList names;
@@ -88,46 +110,27 @@ QTableView* tableView(TableModel* model, const QString& name, QWidget* parent) {
     return view;
 }
 
+// Columns as wide as their headers (name, definition, orientation) and
+// numbers need, so that no header is cut off; the analyst can still resize.
+void fitColumns(QTableView* view) { view->resizeColumnsToContents(); }
+
 }  // namespace
 
 HostWindow::HostWindow(Problem problem, ResultWriter writer, QString savePath, QWidget* parent)
-    : QMainWindow(parent),
-      problem_(std::move(problem)),
-      loaded_(problem_.functions),
-      writer_(std::move(writer)),
-      savePath_(std::move(savePath)),
-      component_(std::make_unique<kelmar::KelmarDll>()) {
-    const QString title = problem_.title.isEmpty() ? problem_.source : problem_.title;
-    setWindowTitle(QStringLiteral("%1[*] - kelmar-host").arg(title));
+    : QMainWindow(parent), writer_(std::move(writer)) {
     setObjectName(QStringLiteral("HostWindow"));
-    component_->setEventSink(this);
 
     auto* central = new QWidget(this);
     auto* layout = new QVBoxLayout(central);
-    auto* summary = new QLabel(central);
-    summary->setObjectName(QStringLiteral("lblSummary"));
-    summary->setWordWrap(true);
-    summary->setText(QStringLiteral("<b>%1</b><br>%2 alternatives, %3 attributes (%4)")
-                         .arg(title.toHtmlEscaped())
-                         .arg(problem_.alternatives.size())
-                         .arg(problem_.attributes.size())
-                         .arg(problem_.source.toHtmlEscaped()));
-    layout->addWidget(summary);
+    summary_ = new QLabel(central);
+    summary_->setObjectName(QStringLiteral("lblSummary"));
+    summary_->setWordWrap(true);
+    layout->addWidget(summary_);
 
-    QStringList headers;
-    for (const Attribute& a : problem_.attributes) {
-        QString header = a.name;
-        if (!a.definition.isEmpty()) header += QStringLiteral("\n") + a.definition;
-        header += a.cost ? QStringLiteral("\n(cost)") : QStringLiteral("\n(benefit)");
-        headers << header;
-    }
     tabs_ = new QTabWidget(central);
     tabs_->setObjectName(QStringLiteral("tabsHost"));
-    scoresModel_ = new TableModel(problem_.alternatives, headers, -1, this);
-    scoresModel_->setTable(problem_.scores);
-    valuesModel_ = new TableModel(problem_.alternatives, headers, 2, this);
-    values_ = evaluateProblem(problem_);
-    valuesModel_->setTable(values_);
+    scoresModel_ = new TableModel(this);
+    valuesModel_ = new TableModel(this);
     valuesView_ = tableView(valuesModel_, QStringLiteral("tblValues"), tabs_);
     tabs_->addTab(tableView(scoresModel_, QStringLiteral("tblScores"), tabs_),
                   QStringLiteral("&Scores"));
@@ -145,8 +148,22 @@ HostWindow::HostWindow(Problem problem, ResultWriter writer, QString savePath, Q
     comparison_->setObjectName(QStringLiteral("lblComparison"));
     comparison_->setWordWrap(true);
     comparison_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // The attribute's curves, oldest first; any can be made current again.
+    curves_ = new QListWidget(right);
+    curves_->setObjectName(QStringLiteral("lstCurves"));
+    curves_->setMaximumHeight(110);
+    makeCurrent_ = new QPushButton(QStringLiteral("Make &Current"), right);
+    makeCurrent_->setObjectName(QStringLiteral("btnMakeCurrent"));
+    makeCurrentWizard_ = new QPushButton(QStringLiteral("Make Current and Open the &Wizard"), right);
+    makeCurrentWizard_->setObjectName(QStringLiteral("btnMakeCurrentWizard"));
+    auto* curveButtons = new QHBoxLayout;
+    curveButtons->addWidget(makeCurrent_);
+    curveButtons->addWidget(makeCurrentWizard_);
+    curveButtons->addStretch(1);
     rightLayout->addWidget(chart_, 1);
     rightLayout->addWidget(comparison_);
+    rightLayout->addWidget(curves_);
+    rightLayout->addLayout(curveButtons);
     split->setStretchFactor(1, 1);
     split->setSizes({180, 720});
     auto* functionsLayout = new QVBoxLayout(functionsPage_);
@@ -154,14 +171,22 @@ HostWindow::HostWindow(Problem problem, ResultWriter writer, QString savePath, Q
     functionsLayout->addWidget(split);
     tabs_->addTab(functionsPage_, QStringLiteral("&Functions"));
     connect(attributes_, &QListWidget::currentRowChanged, this, &HostWindow::showAttribute);
+    connect(curves_, &QListWidget::currentRowChanged, this, &HostWindow::showCurve);
+    connect(makeCurrent_, &QPushButton::clicked, this, [this] { makeSelectedCurrent(false); });
+    connect(makeCurrentWizard_, &QPushButton::clicked, this, [this] { makeSelectedCurrent(true); });
     layout->addWidget(tabs_, 1);
     setCentralWidget(central);
 
     buildActions();
-    refreshFunctions();
-    statusBar()->showMessage(QStringLiteral("Values from the functions the problem came with."));
+    setProblem(std::move(problem), savePath);
     resize(1000, 640);
 
+    // Help from any page of the wizard opens the help window at that page.
+    kelmar::KelmarDll::setHelpHandler([this](const QString&, int) {
+        QWidget* front = QApplication::activeModalWidget();
+        if (front == nullptr) front = QApplication::activeWindow();
+        showHelp(front != nullptr ? front->objectName() : QString());
+    });
     // The program ends when this window closes, not when the wizard does.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     qApp->installEventFilter(this);
@@ -169,8 +194,51 @@ HostWindow::HostWindow(Problem problem, ResultWriter writer, QString savePath, Q
 
 HostWindow::~HostWindow() {
     qApp->removeEventFilter(this);
+    kelmar::KelmarDll::setHelpHandler({});
+    delete help_.data();
     component_->setEventSink(nullptr);
     component_.reset();
+}
+
+void HostWindow::setProblem(Problem problem, const QString& savePath) {
+    // A new component: pages kept from the last problem must not show it.
+    if (component_) component_->setEventSink(nullptr);
+    component_ = std::make_unique<kelmar::KelmarDll>();
+    component_->setEventSink(this);
+
+    problem_ = std::move(problem);
+    loaded_ = problem_.functions;
+    finishes_ = problem_.history;
+    sessionStart_ = finishes_.size();
+    savePath_ = savePath;
+    const QString title = problem_.title.isEmpty() ? problem_.source : problem_.title;
+    setWindowTitle(QStringLiteral("%1[*] - kelmar-host").arg(title));
+    summary_->setText(QStringLiteral("<b>%1</b><br>%2 alternatives, %3 attributes (%4)")
+                          .arg(title.toHtmlEscaped())
+                          .arg(problem_.alternatives.size())
+                          .arg(problem_.attributes.size())
+                          .arg(problem_.source.toHtmlEscaped()));
+
+    QStringList headers;
+    for (const Attribute& a : problem_.attributes) {
+        QString header = a.name;
+        if (!a.definition.isEmpty()) header += QStringLiteral("\n") + a.definition;
+        header += a.cost ? QStringLiteral("\n(cost)") : QStringLiteral("\n(benefit)");
+        headers << header;
+    }
+    scoresModel_->setTable(problem_.alternatives, headers, -1, problem_.scores);
+    values_ = evaluateProblem(problem_);
+    valuesModel_->setTable(problem_.alternatives, headers, 2, values_);
+    for (QTableView* view : findChildren<QTableView*>()) fitColumns(view);
+
+    attributes_->setCurrentRow(0);
+    refreshFunctions();
+    setWindowModified(false);
+    statusBar()->showMessage(
+        finishes_.isEmpty()
+            ? QStringLiteral("Values from the functions the problem came with.")
+            : QStringLiteral("Values from the current functions; %1 earlier Finishes in the history.")
+                  .arg(finishes_.size()));
 }
 
 void HostWindow::buildActions() {
@@ -188,6 +256,15 @@ void HostWindow::buildActions() {
         if (onToolbar) tools->addAction(a);
         return a;
     };
+    add(QStringLiteral("actOpen"), QStringLiteral("&Open..."), QKeySequence::Open, &HostWindow::open,
+        true);
+    recentMenu_ = file->addMenu(QStringLiteral("Open &Recent"));
+    recentMenu_->setObjectName(QStringLiteral("menuRecent"));
+    connect(recentMenu_, &QMenu::aboutToShow, this, &HostWindow::fillRecentMenu);
+    fillRecentMenu();
+    add(QStringLiteral("actOpenSample"), QStringLiteral("Open Sa&mple"), QKeySequence(),
+        &HostWindow::openSample, false);
+    file->addSeparator();
     wizardAction_ = add(QStringLiteral("actWizard"), QStringLiteral("Value &Function Wizard..."),
                         QKeySequence(Qt::CTRL | Qt::Key_W), &HostWindow::showWizard, true);
     file->addSeparator();
@@ -200,9 +277,17 @@ void HostWindow::buildActions() {
         QKeySequence(), &HostWindow::exportValuesAs, true);
     add(QStringLiteral("actExportChart"), QStringLiteral("Export &Chart as PNG or SVG..."),
         QKeySequence(), &HostWindow::exportChartAs, true);
+    add(QStringLiteral("actExportReport"), QStringLiteral("Export &Report as PDF..."),
+        QKeySequence(), &HostWindow::exportReportAs, false);
     file->addSeparator();
     add(QStringLiteral("actQuit"), QStringLiteral("&Quit"), QKeySequence::Quit, &QWidget::close,
         false);
+
+    auto* helpMenu = menuBar()->addMenu(QStringLiteral("&Help"));
+    auto* help = helpMenu->addAction(QStringLiteral("Kelmar &Help"));
+    help->setObjectName(QStringLiteral("actHelp"));
+    help->setShortcut(QKeySequence::HelpContents);
+    connect(help, &QAction::triggered, this, [this] { showHelp(QString()); });
 }
 
 void HostWindow::report(const QString& message, bool failed) {
@@ -309,7 +394,10 @@ void HostWindow::ExportResults(VariantArray& AttVData, VariantArray& ScoreMinimu
     QString kept;
     try {
         const int number = finishes_.isEmpty() ? 1 : finishes_.last().number + 1;
-        finishes_.append({number, MaxVal, functionsFromResults(results, attNum)});
+        // Kept to the millisecond with the offset from UTC, as the file stores it.
+        const QDateTime now = QDateTime::currentDateTime();
+        finishes_.append({number, MaxVal, functionsFromResults(results, attNum),
+                          now.toOffsetFromUtc(now.offsetFromUtc())});
         problem_.functions = finishes_.last().functions;
         if (MaxVal == 1 || MaxVal == 100) problem_.maxValue = MaxVal;
         setWindowModified(true);
@@ -340,37 +428,91 @@ void HostWindow::ExportResults(VariantArray& AttVData, VariantArray& ScoreMinimu
     }
 }
 
+QVector<AttributeCurve> HostWindow::curvesOf(int att) const {
+    return attributeCurves(loaded_, finishes_, att, sessionStart_);
+}
+
 void HostWindow::refreshFunctions() {
     const int current = std::max(0, attributes_->currentRow());
     const QSignalBlocker block(attributes_);
     attributes_->clear();
     for (int j = 0; j < problem_.attributes.size(); ++j) {
-        const qsizetype n = attributeCurves(loaded_, finishes_, j).size();
+        const qsizetype n = curvesOf(j).size();
         attributes_->addItem(n > 1 ? QStringLiteral("%1 (%2 functions)").arg(problem_.attributes[j].name).arg(n)
                                    : problem_.attributes[j].name);
     }
+    // Wide enough for the longest entry, so that no name is cut off.
+    attributes_->setMinimumWidth(std::min(360, attributes_->sizeHintForColumn(0) +
+                                                   2 * attributes_->frameWidth() + 24));
     attributes_->setCurrentRow(current);
     showAttribute(current);
 }
 
 void HostWindow::showAttribute(int att) {
     if (att < 0 || att >= problem_.attributes.size()) return;
-    const QVector<AttributeCurve> curves = attributeCurves(loaded_, finishes_, att);
+    const QVector<AttributeCurve> curves = curvesOf(att);
     drawAttributeChart(chart_->chart(), problem_, att, curves);
     chart_->update();
     const QString text = describeComparison(curves, compareCurves(curves), problem_.maxValue);
     comparison_->setText(text.isEmpty() ? QStringLiteral("One function: %1.").arg(curves.value(0).label)
                                         : text);
+
+    // Which Finish a curve came from, and when; the current one is marked.
+    const QSignalBlocker block(curves_);
+    curves_->clear();
+    int currentRow = -1;
+    for (qsizetype k = 0; k < curves.size(); ++k) {
+        QString entry = curves[k].label;
+        if (curves[k].finished.isValid())
+            entry += QStringLiteral(" (%1)").arg(QLocale().toString(curves[k].finished, QLocale::ShortFormat));
+        if (att < problem_.functions.size() && sameCurve(curves[k].function, problem_.functions[att])) {
+            entry += QStringLiteral(", current");
+            currentRow = static_cast<int>(k);
+        }
+        curves_->addItem(entry);
+    }
+    curves_->setCurrentRow(currentRow);
+    showCurve(currentRow);
+}
+
+void HostWindow::showCurve(int row) {
+    const int att = attributes_->currentRow();
+    const QVector<AttributeCurve> curves = curvesOf(att);
+    const bool other = row >= 0 && row < curves.size() && att < problem_.functions.size() &&
+                       !sameCurve(curves[row].function, problem_.functions[att]);
+    makeCurrent_->setEnabled(other);
+    makeCurrentWizard_->setEnabled(row >= 0 && row < curves.size());
+}
+
+void HostWindow::makeCurrent(int att, int curve) {
+    const QVector<AttributeCurve> curves = curvesOf(att);
+    if (att < 0 || att >= problem_.functions.size() || curve < 0 || curve >= curves.size()) return;
+    if (sameRecord(problem_.functions[att], curves[curve].function)) return;
+    problem_.functions[att] = curves[curve].function;
+    values_ = evaluateProblem(problem_);
+    valuesModel_->setTable(values_);
+    setWindowModified(true);
+    showAttribute(att);
+    report(QStringLiteral("%1: %2 is the current function.")
+               .arg(problem_.attributes[att].name, curves[curve].label));
+}
+
+void HostWindow::makeSelectedCurrent(bool openWizard) {
+    makeCurrent(attributes_->currentRow(), curves_->currentRow());
+    if (openWizard) showWizard();
 }
 
 bool HostWindow::saveTo(const QString& path) {
     QString error;
-    if (!saveProblemFile(problem_, path, &error)) {
+    Problem saved = problem_;
+    saved.history = finishes_;
+    if (!saveProblemFile(saved, path, &error)) {
         report(QStringLiteral("Not saved: %1").arg(error), true);
         return false;
     }
     savePath_ = path;
     setWindowModified(false);
+    rememberFile(path);
     report(QStringLiteral("Saved to %1.").arg(path));
     return true;
 }
@@ -384,9 +526,156 @@ void HostWindow::save() {
 }
 
 void HostWindow::saveAs() {
-    const QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save the problem"),
-                                                      savePath_, QStringLiteral("Problem files (*.json)"));
-    if (!path.isEmpty()) saveTo(path);
+    QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Save the problem"), savePath_,
+                                                QStringLiteral("Problem files (*.json)"));
+    if (path.isEmpty()) return;
+    if (QFileInfo(path).suffix().isEmpty()) path += QStringLiteral(".json");
+    saveTo(path);
+}
+
+// --- Opening problems ---------------------------------------------------------
+
+bool HostWindow::openProblem(Problem problem, const QString& savePath) {
+    if (wizardOpen_ || !confirmClose()) return false;
+    setProblem(std::move(problem), savePath);
+    return true;
+}
+
+bool HostWindow::openFile(const QString& path, QString* error) {
+    Problem problem;
+    try {
+        problem = loadProblemFile(path);
+    } catch (const ProblemFileError& e) {
+        if (error) *error = e.message();
+        report(e.message(), true);
+        return false;
+    }
+    // A file of results lines is saved under a new name, as on the command line.
+    const QString savePath = problem.source == path ? path : QString();
+    if (!openProblem(std::move(problem), savePath)) return false;
+    rememberFile(path);
+    report(QStringLiteral("Opened %1.").arg(path));
+    return true;
+}
+
+void HostWindow::open() {
+    const QString dir = savePath_.isEmpty() ? QString() : QFileInfo(savePath_).absolutePath();
+    const QString path = QFileDialog::getOpenFileName(
+        this, QStringLiteral("Open a problem"), dir,
+        QStringLiteral("Problem files (*.json *.jsonl);;All files (*)"));
+    if (path.isEmpty()) return;
+    QString error;
+    if (!openFile(path, &error) && !error.isEmpty())
+        QMessageBox::warning(this, QStringLiteral("kelmar-host"), error);
+}
+
+void HostWindow::openRecent() {
+    const auto* action = qobject_cast<QAction*>(sender());
+    if (action == nullptr) return;
+    const QString path = action->data().toString();
+    QString error;
+    if (openFile(path, &error) || error.isEmpty()) return;
+    if (!QFileInfo::exists(path)) {
+        QSettings settings(kSettingsOrganization, kSettingsApplication);
+        QStringList files = settings.value(QStringLiteral("recentFiles")).toStringList();
+        files.removeAll(path);
+        settings.setValue(QStringLiteral("recentFiles"), files);
+    }
+    QMessageBox::warning(this, QStringLiteral("kelmar-host"), error);
+}
+
+void HostWindow::openSample() {
+    if (openProblem(sampleProblem(), QString())) report(QStringLiteral("Opened the sample problem."));
+}
+
+QStringList HostWindow::recentFiles() const {
+    return QSettings(kSettingsOrganization, kSettingsApplication).value(QStringLiteral("recentFiles")).toStringList();
+}
+
+void HostWindow::rememberFile(const QString& path) {
+    constexpr qsizetype kRecentFiles = 8;
+    QSettings settings(kSettingsOrganization, kSettingsApplication);
+    QStringList files = settings.value(QStringLiteral("recentFiles")).toStringList();
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    files.removeAll(absolute);
+    files.prepend(absolute);
+    settings.setValue(QStringLiteral("recentFiles"), files.mid(0, kRecentFiles));
+}
+
+void HostWindow::fillRecentMenu() {
+    recentMenu_->clear();
+    const QStringList files = recentFiles();
+    for (qsizetype k = 0; k < files.size(); ++k) {
+        QAction* a = recentMenu_->addAction(
+            QStringLiteral("&%1 %2").arg(k + 1).arg(QFileInfo(files[k]).fileName()));
+        a->setData(files[k]);
+        a->setToolTip(files[k]);
+        connect(a, &QAction::triggered, this, &HostWindow::openRecent);
+    }
+    recentMenu_->setEnabled(!files.isEmpty());
+}
+
+// --- Help -------------------------------------------------------------------------
+
+QWidget* HostWindow::showHelp(const QString& pageName) {
+    // The part of the help about each page, by the page's object name.
+    static const std::pair<const char*, const char*> kTopics[] = {
+        {"frmKelSettings", "The settings page"},
+        {"frmKelMidPoint", "Midpoint setting"},
+        {"frmKelDirectRating", "Direct rating"},
+        {"frmKelCurveDrawing", "Curve drawing"},
+        {"frmKelCatIdn", "Category identification"},
+        {"frmKelDiffStdSeq", "Difference standard sequences"},
+        {"frmKelBisection", "Bisection"},
+        {"frmKelVarP", "Variable probability"},
+        {"frmKelVarC", "Variable certainty equivalent"},
+        {"frmVFS", "The function view"},
+    };
+    QString topic = QStringLiteral("The workbench");
+    for (const auto& [name, heading] : kTopics)
+        if (pageName == QLatin1String(name)) topic = QString::fromLatin1(heading);
+
+    // A window of the page in front, so that the page's modality leaves it
+    // usable; it follows the analyst from page to page.
+    QWidget* front = QApplication::activeModalWidget();
+    if (front == nullptr) front = this;
+    auto* browser = help_.isNull() ? nullptr : help_->findChild<QTextBrowser*>();
+    if (browser == nullptr) {
+        help_ = new QWidget(front, Qt::Window);
+        help_->setObjectName(QStringLiteral("wndHelp"));
+        help_->setAttribute(Qt::WA_DeleteOnClose);
+        help_->setWindowTitle(QStringLiteral("Kelmar Help"));
+        browser = new QTextBrowser(help_);
+        browser->setObjectName(QStringLiteral("txtHelp"));
+        browser->setOpenExternalLinks(true);
+        QFile text(QStringLiteral(":/kelmar-host/help.md"));
+        if (text.open(QIODevice::ReadOnly)) {
+            browser->setMarkdown(QString::fromUtf8(text.readAll()));
+        } else {
+            browser->setPlainText(QStringLiteral("The help text is missing from this build."));
+        }
+        auto* layout = new QVBoxLayout(help_);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(browser);
+        help_->resize(620, 560);
+    } else if (help_->parentWidget() != front) {
+        help_->setParent(front, Qt::Window);
+    }
+    help_->show();
+    help_->raise();
+    help_->activateWindow();
+
+    // The topic's heading at the top of the window.
+    QTextDocument* doc = browser->document();
+    for (QTextBlock block = doc->begin(); block.isValid(); block = block.next()) {
+        if (block.blockFormat().headingLevel() == 0 || block.text().trimmed() != topic) continue;
+        QTextCursor cursor(block);
+        browser->setTextCursor(cursor);
+        const QRectF where = doc->documentLayout()->blockBoundingRect(block);
+        browser->verticalScrollBar()->setValue(static_cast<int>(where.top()));
+        break;
+    }
+    return help_;
 }
 
 bool HostWindow::exportValues(const QString& path) {
@@ -410,6 +699,26 @@ bool HostWindow::exportChart(int att, const QString& path) {
     }
     report(QStringLiteral("Chart exported to %1.").arg(path));
     return true;
+}
+
+bool HostWindow::exportReport(const QString& path) {
+    ReportContent content{problem_, {}, values_};
+    for (int j = 0; j < problem_.attributes.size(); ++j) content.curves.append(curvesOf(j));
+    QString error;
+    if (!writeReport(content, path, &error)) {
+        report(QStringLiteral("Not exported: %1").arg(error), true);
+        return false;
+    }
+    report(QStringLiteral("Report written to %1.").arg(path));
+    return true;
+}
+
+void HostWindow::exportReportAs() {
+    QString path = QFileDialog::getSaveFileName(this, QStringLiteral("Export the report"), {},
+                                                QStringLiteral("PDF documents (*.pdf)"));
+    if (path.isEmpty()) return;
+    if (QFileInfo(path).suffix().isEmpty()) path += QStringLiteral(".pdf");
+    exportReport(path);
 }
 
 void HostWindow::exportValuesAs() {

@@ -297,6 +297,54 @@ void checkCoverage(const Reader& r, const Problem& p, qsizetype att, const QStri
     }
 }
 
+// The Finishes of earlier sessions ("history"): when each ended, its value
+// scale and every attribute's record as it came back. Each record is read
+// as a current function is, so that any of them can be made current again.
+QVector<Finish> readHistory(const Reader& r, const QJsonObject& root, qsizetype attNum) {
+    QVector<Finish> history;
+    if (!root.contains(QStringLiteral("history"))) return history;
+    const QJsonArray entries = r.array(root.value(QStringLiteral("history")), QStringLiteral("history"));
+    for (qsizetype k = 0; k < entries.size(); ++k) {
+        const QString path = QStringLiteral("history[%1]").arg(k);
+        const QJsonObject o = r.object(entries.at(k), path);
+        checkKeys(r, o, path, {"finished", "maxValue", "valueFunctions"});
+        Finish f;
+        f.number = static_cast<int>(k) + 1;
+        const QString pf = path + QStringLiteral(".finished");
+        const QString when = r.string(r.required(o, QStringLiteral("finished"), pf), pf);
+        f.finished = QDateTime::fromString(when, Qt::ISODateWithMs);
+        if (!f.finished.isValid())
+            r.fail(pf, QStringLiteral("expected a date and time such as 2024-05-17T14:03:00+02:00, "
+                                      "found \"%1\"").arg(when));
+        if (o.contains(QStringLiteral("maxValue"))) {
+            const QString pm = path + QStringLiteral(".maxValue");
+            f.maxValue = r.integer(o.value(QStringLiteral("maxValue")), pm, 1, 100);
+            if (f.maxValue != 1 && f.maxValue != 100)
+                r.fail(pm, QStringLiteral("expected 1 or 100, found %1").arg(f.maxValue));
+        }
+        const QString pv = path + QStringLiteral(".valueFunctions");
+        const QJsonArray fs = r.array(r.required(o, QStringLiteral("valueFunctions"), pv), pv);
+        if (fs.size() != attNum)
+            r.fail(pv, QStringLiteral("expected %1 functions (one per attribute), found %2")
+                           .arg(attNum)
+                           .arg(fs.size()));
+        for (qsizetype j = 0; j < attNum; ++j) {
+            const QString pj = QStringLiteral("%1[%2]").arg(pv).arg(j);
+            const QJsonObject fo = r.object(fs.at(j), pj);
+            if (!fo.contains(QStringLiteral("points")))
+                r.fail(pj + QStringLiteral(".points"), QStringLiteral("required field is missing"));
+            ValueFunction vf = readFunction(r, fo, pj);
+            if (const std::optional<QString> fault = curveFault(vf))
+                r.fail(pj + QStringLiteral(".points"),
+                       QStringLiteral("the curve through these points cannot be computed (%1)")
+                           .arg(*fault));
+            f.functions.append(vf);
+        }
+        history.append(f);
+    }
+    return history;
+}
+
 }  // namespace
 
 ValueFunction linearFunction(double minimum, double maximum, bool cost, int count) {
@@ -494,6 +542,7 @@ Problem parseProblem(const QByteArray& json, const QString& source) {
             p.functions.append(f);
         }
     }
+    p.history = readHistory(r, root, attNum);
     return p;
 }
 
@@ -601,6 +650,22 @@ QJsonObject problemToJson(const Problem& p) {
     QJsonArray functions;
     for (const ValueFunction& f : p.functions) functions.append(functionToJson(f));
     o.insert(QStringLiteral("valueFunctions"), functions);
+    if (!p.history.isEmpty()) {
+        QJsonArray history;
+        for (const Finish& f : p.history) {
+            QJsonArray records;
+            for (const ValueFunction& vf : f.functions) {
+                QJsonObject record = functionToJson(vf);
+                record.insert(QStringLiteral("techniqueName"), techniqueName(vf.technique));
+                records.append(record);
+            }
+            history.append(QJsonObject{{QStringLiteral("finished"),
+                                        f.finished.toString(Qt::ISODateWithMs)},
+                                       {QStringLiteral("maxValue"), f.maxValue},
+                                       {QStringLiteral("valueFunctions"), records}});
+        }
+        o.insert(QStringLiteral("history"), history);
+    }
     return o;
 }
 

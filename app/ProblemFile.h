@@ -4,6 +4,7 @@
 
 #include <kelmar/Variant.h>
 
+#include <QDateTime>
 #include <QPointF>
 #include <QString>
 #include <QStringList>
@@ -49,6 +50,14 @@ bool sameRecord(const ValueFunction& a, const ValueFunction& b);
 // The same curve: the same range and the same points, to the bit.
 bool sameCurve(const ValueFunction& a, const ValueFunction& b);
 
+// One Finish of the wizard: the records it returned for every attribute.
+struct Finish {
+    int number = 0;  // 1, 2, ... through the problem's history
+    int maxValue = 100;
+    QVector<ValueFunction> functions;
+    QDateTime finished;
+};
+
 struct Problem {
     QString source;  // the file name, or "sample problem"
     QString title;
@@ -59,6 +68,7 @@ struct Problem {
     QVector<Attribute> attributes;
     QVector<QVector<double>> scores;  // alternative by attribute
     QVector<ValueFunction> functions; // one per attribute
+    QVector<Finish> history;          // every Finish so far, oldest first
 };
 
 // A problem file that cannot be used. The message names the file, the field
@@ -79,7 +89,8 @@ Problem loadProblemFile(const QString& path);
 // Checks JSON text; `source` names it in messages.
 Problem parseProblem(const QByteArray& json, const QString& source);
 
-// The problem with its current functions as a problem file's object.
+// The problem with its current functions (and its history, if any) as a
+// problem file's object.
 QJsonObject problemToJson(const Problem& problem);
 // The problem's own fields without the functions (title, names, scores...).
 QJsonObject problemFieldsToJson(const Problem& problem);

@@ -209,20 +209,26 @@ std::optional<double> turningScore(const ValueFunction& f) {
 }
 
 QVector<AttributeCurve> attributeCurves(const QVector<ValueFunction>& loaded,
-                                        const QVector<Finish>& finishes, int att) {
+                                        const QVector<Finish>& finishes, int att,
+                                        qsizetype loadedAfter) {
     QVector<AttributeCurve> curves;
-    if (att >= 0 && att < loaded.size())
-        curves.append({QStringLiteral("Loaded"), loaded[att]});
-    for (const Finish& f : finishes) {
-        if (att < 0 || att >= f.functions.size()) continue;
-        const ValueFunction& candidate = f.functions[att];
+    const auto add = [&](const QString& label, const ValueFunction& candidate, const QDateTime& when) {
         const bool seen = std::any_of(curves.cbegin(), curves.cend(), [&](const AttributeCurve& c) {
             return sameCurve(c.function, candidate);
         });
-        if (seen) continue;
+        if (!seen) curves.append({label, candidate, when});
+    };
+    loadedAfter = std::clamp<qsizetype>(loadedAfter, 0, finishes.size());
+    for (qsizetype k = 0; k <= finishes.size(); ++k) {
+        if (k == loadedAfter && att >= 0 && att < loaded.size())
+            add(QStringLiteral("Loaded"), loaded[att], {});
+        if (k == finishes.size()) break;
+        const Finish& f = finishes[k];
+        if (att < 0 || att >= f.functions.size()) continue;
+        const ValueFunction& candidate = f.functions[att];
         QString technique = techniqueName(candidate.technique);
         if (candidate.type == 0) technique += QStringLiteral(", linear");
-        curves.append({QStringLiteral("Finish %1: %2").arg(f.number).arg(technique), candidate});
+        add(QStringLiteral("Finish %1: %2").arg(f.number).arg(technique), candidate, f.finished);
     }
     return curves;
 }

@@ -9,6 +9,7 @@
 #include <kelmar/Variant.h>
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -62,22 +63,22 @@ Difference largestDifference(const ValueFunction& a, const ValueFunction& b);
 // falls after rising, beyond rounding), or nothing for a monotone curve.
 std::optional<double> turningScore(const ValueFunction& function);
 
-// One Finish: the records it returned for every attribute.
-struct Finish {
-    int number = 0;  // 1, 2, ... since the program started
-    int maxValue = 100;
-    QVector<ValueFunction> functions;
-};
-
 // One curve shown for an attribute.
 struct AttributeCurve {
+    AttributeCurve() = default;
+    AttributeCurve(QString l, ValueFunction f, QDateTime when = {})
+        : label(std::move(l)), function(std::move(f)), finished(std::move(when)) {}
     QString label;
     ValueFunction function;
+    QDateTime finished;  // when its Finish ended (none for the loaded one)
 };
-// The different curves of attribute att: the one the problem came with,
-// then each Finish's that differs from all before it. The last is current.
+// The different curves of attribute att in the order they were made: the
+// Finishes of earlier sessions (the first `loadedAfter`), the one the
+// problem came with, then this session's; each only where it differs from
+// every curve before it.
 QVector<AttributeCurve> attributeCurves(const QVector<ValueFunction>& loaded,
-                                        const QVector<Finish>& finishes, int att);
+                                        const QVector<Finish>& finishes, int att,
+                                        qsizetype loadedAfter = 0);
 
 // The comparison of an attribute's curves, in words: the largest
 // difference between any two (on the 0 .. maxValue scale) with the score

@@ -8,8 +8,10 @@
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QPointer>
+#include <QScreen>
 #include <QUrl>
 
+#include <algorithm>
 #include <array>
 
 namespace kelmar {
@@ -131,17 +133,34 @@ public:
         page->hide();
     }
 
-    void showForm(std::int16_t frmID, float frmLeft, float frmTop) {
+    // `asking` is the page whose event asked for this one, if any.
+    void showForm(std::int16_t frmID, float frmLeft, float frmTop, const KelPage* asking = nullptr) {
         if (frmID < 0 || frmID > 8) return;
         QPointer<KelPage>& slot = slotFor(frmID);
         if (slot.isNull()) {
-            // A new page places itself when it loads.
+            // A new page places itself when it loads; one that a page of the
+            // wizard asked for then takes that page's place, so that the
+            // wizard does not jump about the screen from page to page.
             KelPage* page = create(frmID, slot);
+            if (asking != nullptr) takePlaceOf(*page, *asking);
             runModal(*page);
             return;
         }
         slot->move(qRound(frmLeft), qRound(frmTop));
         slot->show();
+    }
+
+    // Puts the page's top-left corner where the other page's is, moved in
+    // as far as needed to keep the whole page on that screen.
+    static void takePlaceOf(KelPage& page, const KelPage& other) {
+        QPoint at = other.frameGeometry().topLeft();
+        if (const QScreen* screen = other.screen()) {
+            const QRect room = screen->availableGeometry();
+            const QSize size = page.frameGeometry().size();
+            at.setX(std::max(room.left(), std::min(at.x(), room.right() + 1 - size.width())));
+            at.setY(std::max(room.top(), std::min(at.y(), room.bottom() + 1 - size.height())));
+        }
+        page.move(at);
     }
 
     // PageEventSink
@@ -150,8 +169,8 @@ public:
         if (events) events->UnloadKelmar();
     }
     void pageHideForm(KelPage&, std::int16_t& frmID) override { hideForm(frmID); }
-    void pageShowForm(KelPage&, std::int16_t& frmID, float& frmLeft, float& frmTop) override {
-        showForm(frmID, frmLeft, frmTop);
+    void pageShowForm(KelPage& page, std::int16_t& frmID, float& frmLeft, float& frmTop) override {
+        showForm(frmID, frmLeft, frmTop, &page);
     }
     void pageUnloadOwn(KelPage& page) override {
         // Only the technique pages' unload events are received: the

@@ -4,6 +4,8 @@
 #include "ResultWriter.h"
 
 #include <QFileInfo>
+#include <QLabel>
+#include <QStandardPaths>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonParseError>
@@ -146,6 +148,50 @@ TEST_F(HostWindowTest, KeepsEveryFinishAsksBeforeItIsLostAndStartsTheNextSession
     QCoreApplication::processEvents();
     EXPECT_TRUE(closeAnswering(QMessageBox::Discard));
     EXPECT_FALSE(window.isVisible());
+}
+
+// Every Finish goes into the saved file with its technique and time, so the
+// comparison comes back on reopening; an earlier curve can be made current
+// again; a file that cannot be read leaves the workbench as it was.
+TEST_F(HostWindowTest, TheHistoryComesBackWithTheFileAndAnEarlierCurveCanBeCurrentAgain) {
+    QStandardPaths::setTestModeEnabled(true);
+    kelmar::setMessageBoxHook([](QMessageBox&) { return QMessageBox::Ok; });
+    window.showWizard();
+    kelmar::WizardData& w = kelmar::wizardData();
+    exportFinish();
+    w.SmpY(0, 1) = w.SmpY(0, 1).toDouble() - 0.05;
+    exportFinish();
+    closeWizard();
+    QCoreApplication::processEvents();
+    const auto labels = [&] {
+        QStringList out;
+        for (const AttributeCurve& c : window.curvesOf(0)) out << c.label;
+        return out;
+    };
+    EXPECT_EQ(labels(), (QStringList{QStringLiteral("Loaded"), QStringLiteral("Finish 2: Bisection, linear")}));
+    ASSERT_TRUE(window.saveTo(path));
+    const QDateTime second = window.finishes().at(1).finished;
+
+    QString error;
+    EXPECT_FALSE(window.openFile(dataFile("bad_property.json"), &error));
+    EXPECT_TRUE(error.contains(QStringLiteral("attributes[2].property")));
+    EXPECT_EQ(window.problem().source, QStringLiteral("sample problem"));
+
+    ASSERT_TRUE(window.openFile(path));
+    EXPECT_EQ(window.exportCount(), 0);
+    EXPECT_EQ(labels(), (QStringList{QStringLiteral("Finish 1: Bisection, linear"),
+                                     QStringLiteral("Finish 2: Bisection, linear")}));
+    EXPECT_EQ(window.curvesOf(0).at(1).finished, second);
+    EXPECT_TRUE(window.findChild<QLabel*>(QStringLiteral("lblComparison"))->text().startsWith(
+        QStringLiteral("Largest difference")));
+    EXPECT_EQ(window.recentFiles().value(0), QFileInfo(path).absoluteFilePath());
+
+    const ValueTable before = window.values();
+    window.makeCurrent(0, 0);
+    EXPECT_TRUE(sameRecord(window.problem().functions[0], window.curvesOf(0).at(0).function));
+    EXPECT_TRUE(window.hasUnsavedWork());
+    EXPECT_NE(window.values()[3][0], before[3][0]) << "a rent near the lowered point";
+    EXPECT_EQ(window.values()[3][1], before[3][1]) << "the other attributes keep their values";
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <random>
 
 namespace kelmarhost {
@@ -33,6 +34,26 @@ void expectSameProblem(const Problem& a, const Problem& b) {
         EXPECT_TRUE(sameRecord(a.functions[j], b.functions[j])) << "function " << j;
     }
     EXPECT_TRUE(a.scores == b.scores) << "the scores, exactly";
+    ASSERT_EQ(a.history.size(), b.history.size());
+    for (qsizetype k = 0; k < a.history.size(); ++k) {
+        EXPECT_EQ(std::make_tuple(a.history[k].number, a.history[k].maxValue, a.history[k].finished),
+                  std::make_tuple(b.history[k].number, b.history[k].maxValue, b.history[k].finished));
+        for (qsizetype j = 0; j < a.history[k].functions.size(); ++j)
+            EXPECT_TRUE(sameRecord(a.history[k].functions[j], b.history[k].functions[j])) << "history " << k;
+    }
+}
+
+// Two earlier Finishes: the problem's own functions, then the same with
+// every curve's middle point lowered, a day apart and in other time zones.
+Problem withHistory(Problem p) {
+    const QDateTime first(QDate(2026, 5, 17), QTime(14, 3, 7, 250), Qt::OffsetFromUTC, 7200);
+    p.history.append({1, 100, p.functions, first});
+    QVector<ValueFunction> lowered = p.functions;
+    for (ValueFunction& f : lowered) {
+        if (f.points.size() > 2) f.points[1].setY(f.points[1].y() / 2.0);
+    }
+    p.history.append({2, 1, lowered, first.addDays(1).toOffsetFromUtc(-18000)});
+    return p;
 }
 
 // A problem with numbers that no short decimal writes exactly, every kind
@@ -87,6 +108,7 @@ TEST(RoundTripTest, SavedProblemsReadBackToTheBit) {
         {"one by one", generated(1, 1, 1)},
         {"every technique and size", generated(40, 12, 2)},
         {"the most alternatives", generated(32767, 2, 3)},
+        {"with its history", withHistory(generated(4, 6, 7))},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -110,6 +132,39 @@ TEST(RoundTripTest, AResultsFileOpensAtItsLastLine) {
     const Problem read = parseProblem(text, QStringLiteral("results.jsonl"));
     expectSameProblem(p, read);
     EXPECT_EQ(read.source, QStringLiteral("results.jsonl, line 2"));
+}
+
+// A history entry that cannot be read is refused with where and what.
+TEST(RoundTripTest, AFaultyHistoryEntryIsNamed) {
+    const QJsonObject good = problemToJson(withHistory(generated(2, 2, 8)));
+    const auto withEntry = [&](const std::function<void(QJsonObject&)>& change) {
+        QJsonObject root = good;
+        QJsonArray history = root.value(QStringLiteral("history")).toArray();
+        QJsonObject entry = history.at(1).toObject();
+        change(entry);
+        history[1] = entry;
+        root.insert(QStringLiteral("history"), history);
+        return QJsonDocument(root).toJson();
+    };
+    const struct { const char* name; QByteArray json; const char* message; } cases[] = {
+        {"no time", withEntry([](QJsonObject& e) { e.insert(QStringLiteral("finished"), QStringLiteral("yesterday")); }),
+         "f: history[1].finished: expected a date and time such as 2024-05-17T14:03:00+02:00, found \"yesterday\""},
+        {"a function short", withEntry([](QJsonObject& e) {
+             QJsonArray fs = e.value(QStringLiteral("valueFunctions")).toArray();
+             fs.removeLast();
+             e.insert(QStringLiteral("valueFunctions"), fs);
+         }), "f: history[1].valueFunctions: expected 2 functions (one per attribute), found 1"},
+        {"a misspelt key", withEntry([](QJsonObject& e) { e.insert(QStringLiteral("finshed"), 1); }),
+         "f: history[1].finshed: unknown field; did you mean \"finished\"?"},
+    };
+    for (const auto& c : cases) {
+        try {
+            parseProblem(c.json, QStringLiteral("f"));
+            ADD_FAILURE() << c.name << ": accepted";
+        } catch (const ProblemFileError& e) {
+            EXPECT_EQ(e.message().toStdString(), c.message) << c.name;
+        }
+    }
 }
 
 TEST(CsvTest, NamesAreQuotedWhereNeededAndNumbersAreInTheCLocale) {
@@ -178,7 +233,7 @@ TEST(ComparisonTest, FinishesOverlayOnlyDifferentCurves) {
     const ValueFunction line = curve({{0, 0}, {100, 1}});
     ValueFunction rating = curve({{0, 0}, {25, 0.5}, {50, 1}, {75, 0.5}, {100, 0}});
     rating.type = 1;
-    const QVector<Finish> finishes = {{1, 100, {line, line}}, {2, 100, {rating, line}}};
+    const QVector<Finish> finishes = {{1, 100, {line, line}, {}}, {2, 100, {rating, line}, {}}};
     const QVector<AttributeCurve> first = attributeCurves({line, line}, finishes, 0);
     ASSERT_EQ(first.size(), 2);
     EXPECT_EQ(attributeCurves({line, line}, finishes, 1).size(), 1);

@@ -3,7 +3,11 @@
 
 #include <QApplication>
 #include <QGuiApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 namespace kelmartest {
 namespace {
@@ -29,35 +33,100 @@ TEST_F(MethodsTest, AFirstShowIsModalAndLaterOnesReShowTheSamePage) {
     EXPECT_TRUE(page->isVisible());
     EXPECT_EQ(page->frameGeometry().topLeft(), QPoint(120, 81));
     EXPECT_EQ(settings->loads + page->loads, 2);
+
+    // A new page that a page of the wizard asks for takes that page's place.
+    settings->move(140, 90);
+    settings->raiseShowForm(kMidPoint, 0, 0);
+    EXPECT_EQ(pageOf(kMidPoint)->frameGeometry().topLeft(), QPoint(140, 90));
 }
 
-// With the real modal loops: Next on the settings page opens the technique
-// page's loop inside its handler, and ShowKelmar returns only after that
-// handler has ended, since the settings page was hidden.
-// Back shows the settings page again while its modal loop ends: the page
-// stays modal while it is shown, so that hiding it unblocks the host's
-// windows again (otherwise they would stay deaf to the mouse).
-TEST_F(MethodsTest, TheSettingsPageShownAgainByBackStaysModalUntilHidden) {
+// A host window with a button and a text box; clicks and keys reach it
+// through the window system, as the analyst's do, so a modal page that
+// outlives the wizard would swallow them.
+class HostWindow : public QWidget {
+public:
+    HostWindow() {
+        button = new QPushButton(QStringLiteral("Save"), this);
+        button->setGeometry(0, 0, 100, 30);
+        button->setFocusPolicy(Qt::NoFocus);  // keys keep going to the box
+        box = new QLineEdit(this);
+        box->setGeometry(0, 40, 100, 30);
+        QObject::connect(button, &QPushButton::clicked, this, [this] { ++clicks; });
+        resize(200, 100);
+        show();
+        activateWindow();
+        static_cast<void>(QTest::qWaitForWindowActive(this));
+        box->setFocus();
+    }
+    bool takesInput() {
+        QWindow* window = windowHandle();
+        const int before = clicks;
+        QTest::mouseClick(window, Qt::LeftButton, {}, QPoint(50, 15));
+        box->clear();
+        QTest::keyClick(window, Qt::Key_A);
+        return clicks == before + 1 && box->text() == QStringLiteral("a");
+    }
+    QPushButton* button;
+    QLineEdit* box;
+    int clicks = 0;
+};
+
+// With the real modal loops, every way through the wizard ends with the
+// host's windows taking the mouse and the keyboard again: Back shows the
+// settings page while its own loop ends, and ShowKelmar returns with the
+// wizard still open; the host's own loop carries on from there.
+TEST_F(MethodsTest, EveryWayThroughTheWizardLeavesTheHostTakingInput) {
+    const struct { const char* name; QStringList steps; bool exported; } cases[] = {
+        {"Next, Finish", {"Next", "Finish"}, true},
+        {"Next, Cancel", {"Next", "Cancel"}, false},
+        {"Back, Next, Finish", {"Next", "Back", "Next", "Finish"}, true},
+        {"Back, Next, Cancel", {"Next", "Back", "Next", "Cancel"}, false},
+        {"Back twice, Finish on the settings page", {"Next", "Back", "Next", "Back", "Finish"}, true},
+        {"Back, Cancel on the settings page", {"Next", "Back", "Cancel"}, false},
+    };
     setModalRunner({});
-    QObject scope;
-    QTimer::singleShot(0, &scope, [&] {
-        FakePage* settings = pageOf(kSettingsPage);
-        settings->handle([&] {
-            QTimer::singleShot(0, &scope, [&] {
-                FakePage* technique = pageOf(kBisection);
-                technique->raiseHideForm(kBisection);
-                technique->raiseShowForm(kSettingsPage, 0, 0);
+    host.onUnloadKelmar = [this] { dll.UnloadKelmar(); };
+    HostWindow window;
+    ASSERT_TRUE(window.takesInput()) << "before the wizard";
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        host.events.clear();
+        QStringList steps = c.steps;
+        QObject scope;
+        // Each step waits for the page in front to run its loop, then acts
+        // as that page's button would.
+        std::function<void()> next = [&] {
+            if (steps.isEmpty()) return;
+            const QString step = steps.takeFirst();
+            QTimer::singleShot(0, &scope, next);
+            const int technique = kBisection;
+            FakePage* settings = pageOf(kSettingsPage);
+            FakePage* page = settings != nullptr && settings->isVisible() ? settings : pageOf(technique);
+            ASSERT_NE(page, nullptr) << qPrintable(step);
+            page->handle([&] {
+                if (step == QLatin1String("Next")) {
+                    page->raiseHideForm(kSettingsPage);
+                    page->raiseShowForm(technique, page->pageLeft(), page->pageTop());
+                } else if (step == QLatin1String("Back")) {
+                    page->raiseHideForm(technique);
+                    page->raiseShowForm(kSettingsPage, page->pageLeft(), page->pageTop());
+                    page->raiseUnloadOwn();
+                } else {
+                    if (step == QLatin1String("Finish")) page->raiseExportResults();
+                    page->raiseUnloadKelmar();
+                }
             });
-            settings->raiseHideForm(kSettingsPage);
-            settings->raiseShowForm(kBisection, 0, 0);
-        });
-    });
-    dll.ShowKelmar();
-    FakePage* settings = pageOf(kSettingsPage);
-    ASSERT_TRUE(settings->isVisible());
-    EXPECT_TRUE(settings->isModal());
-    settings->hide();
-    EXPECT_EQ(QGuiApplication::modalWindow(), nullptr);
+        };
+        QTimer::singleShot(0, &scope, next);
+        dll.ShowKelmar();
+        for (int i = 0; i < 100 && !host.events.contains(QStringLiteral("UnloadKelmar")); ++i)
+            QCoreApplication::processEvents();
+        flushDeletes();
+        EXPECT_TRUE(steps.isEmpty());
+        EXPECT_EQ(host.events.contains(QStringLiteral("ExportResults")), c.exported);
+        EXPECT_EQ(QGuiApplication::modalWindow(), nullptr);
+        EXPECT_TRUE(window.takesInput());
+    }
 }
 
 TEST_F(MethodsTest, ModalLoopsNestAndShowKelmarReturnsWhenTheSettingsPageIsHidden) {

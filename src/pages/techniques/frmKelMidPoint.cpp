@@ -321,10 +321,14 @@ void frmKelMidPoint::placeSlider() {
 }
 
 void frmKelMidPoint::onPrint() {
-    // A failing printer ends the print quietly.
+    // A failing printer ends the print quietly; without any printer the
+    // analyst is told, rather than left wondering why nothing came out.
     try {
         std::unique_ptr<QPrinter> printer = printerFactory() ? printerFactory()() : defaultPrinter();
-        if (!printer) return;
+        if (!printer) {
+            showMessage(this, QStringLiteral("There is no printer to print the page on."));
+            return;
+        }
         HourGlass wait;
         const QPixmap image = grab();
         QPainter painter;

@@ -200,7 +200,7 @@ TEST_F(MidPointTest, TheRiskAttitudeFollowsTheJudgedScore) {
     }
 }
 
-TEST_F(MidPointTest, PrintPutsAnImageOfThePageOnThePrinterAndNothingWithoutOne) {
+TEST_F(MidPointTest, PrintPutsAnImageOfThePageOnThePrinterAndSaysSoWithoutOne) {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("page.pdf"));
     int asked = 0;
@@ -222,11 +222,14 @@ TEST_F(MidPointTest, PrintPutsAnImageOfThePageOnThePrinterAndNothingWithoutOne) 
     EXPECT_TRUE(bytes.contains("/Subtype /Image"));
     pdf.close();
 
-    // No printer: nothing happens and nothing is shown.
+    // No printer: nothing is printed and the analyst is told.
     QFile::remove(file);
     frmKelMidPoint::setPrinterFactory([] { return std::unique_ptr<QPrinter>(); });
     click("cmdCUFPrint");
     EXPECT_FALSE(QFile::exists(file));
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_TRUE(messages.front().contains(QStringLiteral("no printer"))) << messages.front().toStdString();
+    messages.clear();
     // A printer that cannot start ends the print quietly.
     frmKelMidPoint::setPrinterFactory([] {
         auto printer = std::make_unique<QPrinter>();
