@@ -104,6 +104,15 @@ struct WizardData {
         std::vector<Variant> after;
     };
     std::vector<CategoryTurn> CategoryTurns;
+
+    // Which points of each attribute the analyst has judged on the guided
+    // pages, with the points as the last judgment left them: the flags hold
+    // only while the points are still those (model/JudgedPoints.h).
+    struct JudgedMarks {
+        std::vector<double> points;
+        std::vector<bool> judged;
+    };
+    std::vector<JudgedMarks> Judged;
 };
 
 // The one module-level instance.
@@ -218,15 +227,15 @@ void BuildBisectionTable(std::int16_t& n);
 // The distance a judged probability keeps from each neighbour's value.
 inline constexpr double kProbabilityMargin = 0.005;
 
-// The neighbour of point index whose value is the lower one, the base of
-// the probability slider: index - 1 on a benefit attribute (property copy
-// 0), index + 1 on a cost one.
-std::int16_t ProbabilityBaseNeighbour(std::int16_t& att, std::int16_t& index);
-// The width W of the probability interval that the neighbours of point
-// index leave free: (far neighbour's value - e) - (base neighbour's value
-// + e), as a Single. Neighbours closer than 2e, or out of order, leave no
-// room: the width is then 0.
-float ProbabilityWidth(std::int16_t& att, std::int16_t& index);
+// Of the two neighbours `lower` and `upper` that bound a judged point, the
+// one with the lower value, the base of the probability slider: `lower` on
+// a benefit attribute (property copy 0), `upper` on a cost one.
+std::int16_t ProbabilityBaseNeighbour(std::int16_t& att, std::int16_t& lower, std::int16_t& upper);
+// The width W of the probability interval that the neighbours base and far
+// leave free: (far's value - e) - (base's value + e), as a Single.
+// Neighbours closer than 2e, or out of order, leave no room: the width is
+// then 0.
+float ProbabilityWidth(std::int16_t& att, std::int16_t& base, std::int16_t& far);
 // The probability at slider position `position`: the base neighbour's
 // value plus step * position, summed in double and kept as a Single, never
 // outside 0 .. 1.

@@ -15,21 +15,16 @@ namespace {
 
 bool costAttribute(std::int16_t att) { return wizardData().AttPropertyCopy(att).toDouble() != 0.0; }
 
-std::int16_t farNeighbour(std::int16_t index, std::int16_t base) {
-    return static_cast<std::int16_t>(2 * index - base);
-}
-
 }  // namespace
 
-std::int16_t ProbabilityBaseNeighbour(std::int16_t& att, std::int16_t& index) {
-    return costAttribute(att) ? checkedAdd(index, 1) : checkedSub(index, 1);
+std::int16_t ProbabilityBaseNeighbour(std::int16_t& att, std::int16_t& lower, std::int16_t& upper) {
+    return costAttribute(att) ? upper : lower;
 }
 
-float ProbabilityWidth(std::int16_t& att, std::int16_t& index) {
+float ProbabilityWidth(std::int16_t& att, std::int16_t& base, std::int16_t& far) {
     WizardData& w = wizardData();
-    const std::int16_t base = ProbabilityBaseNeighbour(att, index);
     const double baseValue = w.SmpY(att, base).toDouble();
-    const double farValue = w.SmpY(att, farNeighbour(index, base)).toDouble();
+    const double farValue = w.SmpY(att, far).toDouble();
     const float width = csng((farValue - kProbabilityMargin) - (baseValue + kProbabilityMargin));
     return std::max(width, 0.0f);
 }

@@ -103,8 +103,8 @@ TEST_F(Lottery, NeighboursWithoutRoomPinTheProbability) {
     };
     for (const auto& c : cases) {
         setCurve(0, {0, 25, 50, 75, 100}, c.y, 6);
-        I16 att = 0, index = c.index;
-        EXPECT_EQ(ProbabilityWidth(att, index), 0.0f);
+        I16 att = 0, lower = c.index - 1, upper = c.index + 1;
+        EXPECT_EQ(ProbabilityWidth(att, lower, upper), 0.0f);
         I16 base = 1, position = 10;
         float step = 0.0f;
         EXPECT_FLOAT_EQ(JudgedProbability(att, base, step, position), static_cast<float>(c.y[1]));

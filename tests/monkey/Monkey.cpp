@@ -17,6 +17,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace kelmar::monkey {
@@ -319,7 +320,7 @@ bool Monkey::steer(QWidget* page) {
 void Monkey::randomEvent(QWidget* page) {
     const bool technique = pageIdOf(page) >= 0 && pageIdOf(page) < kSettingsPage;
     std::vector<QWidget*> buttons, exits, options, tabs, lists, boxes, sliders, marks, charts, keyed;
-    std::vector<QWidget*> pointed, attributes, turns, backs;
+    std::vector<QWidget*> pointed, attributes, turns, backs, nexts, exacts;
     for (QWidget* w : page->findChildren<QWidget*>()) {
         if (w->window() != page || !w->isVisibleTo(page) || !w->isEnabled()) continue;
         const QString name = w->objectName();
@@ -327,6 +328,9 @@ void Monkey::randomEvent(QWidget* page) {
             // The print button would send the page to the printer.
             if (name == QLatin1String("cmdCUFPrint")) continue;
             (leavesThePage(b) ? exits : buttons).push_back(b);
+            // The guided pages' step to the next judgment, pressed often so
+            // that judgments land on every point of the order.
+            if (name == QLatin1String("cmdNextJudgment")) nexts.push_back(b);
             if (technique && name == QLatin1String("cmdBack")) backs.push_back(b);
         } else if (qobject_cast<QRadioButton*>(w) != nullptr || qobject_cast<QCheckBox*>(w) != nullptr) {
             options.push_back(w);
@@ -342,7 +346,7 @@ void Monkey::randomEvent(QWidget* page) {
             pointed.push_back(w);
             if (attributeList(w) && list->count() >= 2) attributes.push_back(w);
         } else if (auto* e = qobject_cast<QLineEdit*>(w); e != nullptr && !e->isReadOnly()) {
-            boxes.push_back(w);
+            (name == QLatin1String("txtExact") ? exacts : boxes).push_back(w);
         } else if (qobject_cast<QSlider*>(w) != nullptr) {
             sliders.push_back(w);
             pointed.push_back(w);
@@ -356,14 +360,15 @@ void Monkey::randomEvent(QWidget* page) {
         if (w->focusPolicy() & Qt::TabFocus) keyed.push_back(w);
     }
     enum Kind { Button, Exit, Option, Tab, List, Box, Slider, Mark, Chart, Key, Close,
-                Hover, Wheel, Jiggle, Attribute, Orientation, BackNext };
+                Hover, Wheel, Jiggle, Attribute, Orientation, BackNext, NextJudgment, Exact };
     const struct { Kind kind; double weight; const std::vector<QWidget*>* from; } kinds[] = {
         {Button, 3, &buttons},   {Exit, 0.3, &exits},       {Option, 2, &options},
         {Tab, 1, &tabs},         {List, 2, &lists},         {Box, 3, &boxes},
         {Slider, 2, &sliders},   {Mark, 6, &marks},         {Chart, 1, &charts},
         {Key, 3, &keyed},        {Close, 0.02, nullptr},    {Hover, 1, &pointed},
         {Wheel, 1, &pointed},    {Jiggle, 2, &marks},       {Attribute, 1, &attributes},
-        {Orientation, 1, &turns}, {BackNext, 0.4, &backs},
+        {Orientation, 1, &turns}, {BackNext, 0.4, &backs}, {NextJudgment, 2, &nexts},
+        {Exact, 3, &exacts},
     };
     double total = 0;
     for (const auto& k : kinds)
@@ -396,7 +401,8 @@ void Monkey::randomEvent(QWidget* page) {
     switch (kind) {
     case Button:
     case Exit:
-    case Option: {
+    case Option:
+    case NextJudgment: {
         const Qt::MouseButton button = chance(0.95) ? Qt::LeftButton : Qt::RightButton;
         begin(where + QStringLiteral(" click"), button == Qt::LeftButton && judges(w));
         click(w, button);
@@ -418,6 +424,20 @@ void Monkey::randomEvent(QWidget* page) {
         // Another attribute fills the score boxes anew; the same one keeps
         // what was typed.
         if (guard && w->objectName() == QLatin1String("cmbSelAtt") && index != was) rangeTyped_ = false;
+        break;
+    }
+    case Exact: {
+        // Near the number shown, mostly; now and then anything at all.
+        auto* box = static_cast<QLineEdit*>(w);
+        bool number = false;
+        const double shown = box->text().toDouble(&number);
+        const double spread = number && shown != 0.0 ? std::fabs(shown) : 1.0;
+        const QString text = number && chance(0.8) ? QString::number(shown + spread * uniform(-0.6, 0.6), 'f', pick(6))
+                                                   : randomText();
+        begin(where + QStringLiteral(" typed \"%1\"").arg(text), true);
+        box->selectAll();
+        for (QChar c : text) key(box, keyFor(c), Qt::NoModifier, QString(c));
+        key(box, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
         break;
     }
     case Box: {

@@ -65,7 +65,7 @@ void printCentred(DrawSurface& pic, double x, double y, const QString& text) {
 
 ScoreAxisPage::ScoreAxisPage(int pageId, const QString& formName, const QString& title,
                              QWidget* parent)
-    : TechniquePage(pageId, formName, title,
+    : GuidedPage(pageId, formName, title,
                     [] {
                         TechniqueFeatures f;
                         f.readout = TechniqueFeatures::Readout::ScoreDifferences;
@@ -87,6 +87,7 @@ ScoreAxisPage::ScoreAxisPage(int pageId, const QString& formName, const QString&
     rowLayout->addWidget(lblJudgment, 1);
     rowLayout->addWidget(cmdNextJudgment, 0, Qt::AlignTop);
     addToUpperFrame(row);
+    addJudgmentNote();
     connect(cmdNextJudgment, &QPushButton::clicked, this, [this] { handle([this] { onNextJudgment(); }); });
 
     for (PointMark* mark : picScorePoint)
@@ -124,10 +125,15 @@ void ScoreAxisPage::drawRatingChart() {
     std::int16_t att = w.SelAtt;
     std::int16_t n = sampleSize();
     order_ = judgmentOrder();
-    // A new size (or a new attribute) starts the walk at its first judgment.
+    // A new size (or a new attribute) starts the walk at its first
+    // judgment not made yet (at the first when all are made).
     if (n != walkSize_ || selected_ < 0 || selected_ >= n) {
         walkSize_ = n;
-        selected_ = order_.empty() ? -1 : order_.front();
+        const std::vector<bool> judged = JudgedPoints(att);
+        const auto open = std::find_if(order_.begin(), order_.end(),
+                                       [&judged](int k) { return !judged[static_cast<std::size_t>(k)]; });
+        selected_ = order_.empty() ? -1 : open != order_.end() ? *open : order_.front();
+        lblRefusal->clear();
     }
     DrawRatingChart(att, w.ScoreMinimum(att), w.ScoreMaximum(att), n, w.SmpX);
     if (selected_ >= 0) {
@@ -232,17 +238,37 @@ void ScoreAxisPage::drawAxis(std::int16_t att, double scoreMinimum, double score
 // --- Moves and read-outs -------------------------------------------------------
 
 bool ScoreAxisPage::MovePoint(int index, double x) {
-    WizardData& w = wizardData();
-    const std::int16_t att = w.SelAtt;
-    if (crossedNeighbour(index, x) >= 0) return false;
+    if (!moveScore(index, x)) return false;
     onMoveAccepted(index);
-    placeMarkCentre(index, x, kMarkTop);
-    const double low = w.ScoreMinimum(att).toDouble();
-    const double high = w.ScoreMaximum(att).toDouble();
-    w.SmpX(att, index) = Variant(low + (high - low) * x / 100.0);
-    picScorePoint.at(static_cast<std::size_t>(index))->setToolTip(scoreText(w.SmpX(att, index).toDouble()));
+    placeMarksAtScores(kMarkTop);
     updateJudgment(index);
     return true;
+}
+
+double ScoreAxisPage::exactQuantity(int index) const {
+    return wizardData().SmpX(currentAttribute(), index).toDouble();
+}
+
+QString ScoreAxisPage::exactCaption() const { return tr("Exact score:"); }
+
+QString ScoreAxisPage::moveToExact(int index, double typed) { return judgeScore(index, typed).reason; }
+
+JudgmentResult ScoreAxisPage::judgeScore(int index, double score) {
+    const JudgmentResult result = placeTypedScore(index, score);
+    if (!result.accepted) return result;
+    onMoveAccepted(index);
+    placeMarksAtScores(kMarkTop);
+    selectMark(index);
+    updateJudgment(index);
+    releaseAsMoved(index);
+    return result;
+}
+
+void ScoreAxisPage::onMarkReleased(int index) {
+    const int last = sampleSize() - 1;
+    if (index <= 0 || index >= last || markLeft(index) == downLeft_) return;
+    TechniquePage::onMarkReleased(index);
+    rememberJudgment(index);
 }
 
 void ScoreAxisPage::ShowPointLabels(int index) {
@@ -276,6 +302,7 @@ void ScoreAxisPage::refreshPage() {
 }
 
 void ScoreAxisPage::onMarkPressed(int index) {
+    GuidedPage::onMarkPressed(index);
     selected_ = index;
     redrawAxis();
     showJudgmentText();
@@ -286,6 +313,7 @@ void ScoreAxisPage::onNextJudgment() {
     const auto at = std::find(order_.begin(), order_.end(), selected_);
     const std::size_t next = at == order_.end() ? 0U : static_cast<std::size_t>(at - order_.begin() + 1) % order_.size();
     selected_ = order_[next];
+    lblRefusal->clear();
     selectMark(selected_);
     ShowPointLabels(selected_);
     redrawAxis();

@@ -6,7 +6,7 @@
 // score it is to make equally preferred.
 #pragma once
 
-#include "pages/techniques/TechniquePage.h"
+#include "pages/techniques/GuidedPage.h"
 
 #include <utility>
 #include <vector>
@@ -16,7 +16,7 @@ class QPushButton;
 
 namespace kelmar {
 
-class ScoreAxisPage : public TechniquePage {
+class ScoreAxisPage : public GuidedPage {
     Q_OBJECT
 public:
     ScoreAxisPage(int pageId, const QString& formName, const QString& title,
@@ -27,9 +27,15 @@ public:
     void DrawRatingChart(std::int16_t& att, Variant& scoreMinimum, Variant& scoreMaximum,
                          std::int16_t& sampleSize, VariantArray& smpX);
     // Applies a drag position x (0 .. 100 along the score bar, the mark's
-    // centre) to point index. A position past a neighbouring mark is
-    // refused: nothing changes and the result is false.
+    // centre) to point index. The mark moves between the nearest judged
+    // marks around it, and the points not judged yet make way; a position
+    // onto or past a judged mark is refused: nothing changes, the page says
+    // why and the result is false.
     bool MovePoint(int index, double x);
+    // Judges point index at a score: taken strictly between the judged
+    // points around it, as a released drag would be; refused otherwise,
+    // with the reason, leaving everything as it was.
+    JudgmentResult judgeScore(int index, double score);
     // The score of point index in lblCurScore and its distances to the
     // neighbouring scores in lblScoreDiff.
     void ShowPointLabels(int index);
@@ -61,6 +67,14 @@ protected:
     // An accepted move updates the page itself; a refused one changes nothing.
     void afterDragStep(int index) override { Q_UNUSED(index) }
     void onMarkPressed(int index) override;
+    void onMarkReleased(int index) override;
+    // A typed answer is the selected point's score, judged as a released
+    // drag to it.
+    int exactPoint() const override { return selected_; }
+    double exactQuantity(int index) const override;
+    QString exactCaption() const override;
+    QString moveToExact(int index, double typed) override;
+    void afterExact(int index) override { Q_UNUSED(index) }
     void refreshPage() override;
 
     // After a move of point index: the read-outs, the function fitted to

@@ -6,6 +6,8 @@
 
 #include <kelmar/mdKelMain.h>
 
+#include <QLabel>
+
 #include <algorithm>
 
 namespace kelmar {
@@ -19,8 +21,9 @@ constexpr int kTextRows = 2;  // the point values, then the guidance
 }  // namespace
 
 frmKelVarC::frmKelVarC(QWidget* parent)
-    : TechniquePage(kVariableCertainty, QStringLiteral("frmKelVarC"),
+    : GuidedPage(kVariableCertainty, QStringLiteral("frmKelVarC"),
                     QStringLiteral("Kelmar: Variable Certainty Equivalent"), lottery::PageFeatures(), parent) {
+    addJudgmentNote();
     lottery::ShapeChart(*this, *picRatingChart);
     for (PointMark* mark : picScorePoint)
         mark->setWhatsThis(tr("Drag the mark to the score you would take for sure instead of the lottery"));
@@ -35,7 +38,11 @@ QStringList frmKelVarC::sampleSizeEntries() const { return {QStringLiteral("5"),
 int frmKelVarC::listIndexForSize(std::int16_t size) const { return size == 5 ? 0 : size == 9 ? 1 : -1; }
 
 std::int16_t frmKelVarC::firstJudgment() const {
+    // The first lottery not judged yet; the first of all when every one is.
     const std::vector<std::int16_t> order = CertaintyJudgmentOrder();
+    const std::vector<bool> judged = JudgedPoints(currentAttribute());
+    for (const std::int16_t k : order)
+        if (static_cast<std::size_t>(k) < judged.size() && !judged[static_cast<std::size_t>(k)]) return k;
     return order.empty() ? 0 : order.front();
 }
 
@@ -128,15 +135,17 @@ void frmKelVarC::ShowPointValues() {
 // --- Judgments -----------------------------------------------------------------
 
 void frmKelVarC::MovePoint(int index, double x) {
-    WizardData& w = wizardData();
-    const std::int16_t att = w.SelAtt;
-    if (crossedNeighbour(index, x) >= 0) return;
-    placeMarkCentre(index, x, lottery::kMarkTop);
-    const double low = w.ScoreMinimum(att).toDouble();
-    const double high = w.ScoreMaximum(att).toDouble();
-    w.SmpX(att, index) = Variant(low + (high - low) * x / 100.0);
-    picScorePoint.at(static_cast<std::size_t>(index))
-        ->setToolTip(fmt::formatNumber(w.SmpX(att, index).toDouble(), QStringLiteral("0.00")));
+    // A sure score lies between the judged points around it, which are its
+    // lottery's outcomes when the lotteries are taken in order.
+    if (moveScore(index, x)) PlaceVarCPoints();
+}
+
+JudgmentResult frmKelVarC::judgeSureScore(int index, double score) {
+    const JudgmentResult result = placeTypedScore(index, score);
+    if (!result.accepted) return result;
+    PlaceVarCPoints();
+    releaseAsMoved(index);
+    return result;
 }
 
 void frmKelVarC::afterDragStep(int index) {
@@ -147,10 +156,12 @@ void frmKelVarC::afterDragStep(int index) {
 
 void frmKelVarC::judge(int index) {
     JudgedPoint = static_cast<std::int16_t>(index);
+    lblRefusal->clear();
     DrawCertaintyChart();
 }
 
 void frmKelVarC::onMarkPressed(int index) {
+    GuidedPage::onMarkPressed(index);
     // Only the left button chooses the lottery.
     if (leftDown_) judge(index);
 }
@@ -163,8 +174,10 @@ void frmKelVarC::onMarkReleased(int index) {
     WizardData& w = wizardData();
     std::int16_t att = w.SelAtt;
     std::int16_t point = static_cast<std::int16_t>(index);
+    lastLottery_ = index;
     w.SmpY(att, point) = Variant(CertaintyEquivalentValue(att, point));
     TechniquePage::onMarkReleased(index);
+    rememberJudgment(index);
     // On to the next lottery in the order of the halvings.
     const std::vector<std::int16_t> order = CertaintyJudgmentOrder();
     const auto place = std::find(order.begin(), order.end(), point);
@@ -173,6 +186,21 @@ void frmKelVarC::onMarkReleased(int index) {
         selectMark(JudgedPoint);
     }
     DrawCertaintyChart();
+    showConsistency();
+}
+
+double frmKelVarC::exactQuantity(int index) const {
+    return wizardData().SmpX(currentAttribute(), index).toDouble();
+}
+
+QString frmKelVarC::exactCaption() const { return tr("Exact sure score:"); }
+
+QString frmKelVarC::moveToExact(int index, double typed) { return judgeSureScore(index, typed).reason; }
+
+bool frmKelVarC::lotteryPremium(int index, LotteryPremium& premium) const {
+    if (index <= 0 || static_cast<std::size_t>(index) + 1 >= wizardData().BisectionTable.size()) return false;
+    premium = CertaintyPremium(currentAttribute(), static_cast<std::int16_t>(index));
+    return true;
 }
 
 // --- Handlers ------------------------------------------------------------------

@@ -3,11 +3,11 @@
 // between two other points; the point's value is the mean of theirs.
 #pragma once
 
-#include "pages/techniques/TechniquePage.h"
+#include "pages/techniques/GuidedPage.h"
 
 namespace kelmar {
 
-class frmKelVarC : public TechniquePage {
+class frmKelVarC : public GuidedPage {
     Q_OBJECT
 public:
     explicit frmKelVarC(QWidget* parent = nullptr);
@@ -23,9 +23,15 @@ public:
     // Places the marks at the attribute's sample scores.
     void PlaceVarCPoints();
     // Applies a drag position x (0 .. 100 across the score range) to point
-    // index: between the neighbouring marks the mark follows and the score
-    // changes; beyond them nothing happens.
+    // index: between the nearest judged marks around it the mark follows,
+    // the score changes and the points not judged yet make way; onto or
+    // past a judged mark nothing changes and the page says why.
     void MovePoint(int index, double x);
+    // Judges point index with a sure score: taken strictly between the
+    // judged points around it, as a released drag would be (the value the
+    // mean of its outcomes', the page on to the next lottery); refused
+    // otherwise, with the reason, leaving everything as it was.
+    JudgmentResult judgeSureScore(int index, double score);
 
     // The point under judgment; -1 until the page chooses the first one.
     std::int16_t JudgedPoint = -1;
@@ -37,6 +43,13 @@ protected:
     void onMarkPressed(int index) override;
     void onMarkFocused(int index) override;
     void onMarkReleased(int index) override;
+    // A typed answer is the sure score of the lottery under judgment.
+    int exactPoint() const override { return JudgedPoint; }
+    double exactQuantity(int index) const override;
+    QString exactCaption() const override;
+    QString moveToExact(int index, double typed) override;
+    void afterExact(int index) override { Q_UNUSED(index) }
+    bool lotteryPremium(int index, LotteryPremium& premium) const override;
     std::int16_t sizeForListIndex(int listIndex) const override;
     QStringList sampleSizeEntries() const override;
     int listIndexForSize(std::int16_t size) const override;
@@ -50,6 +63,7 @@ private:
     void settlePoints();
     void judge(int index);
     std::int16_t firstJudgment() const;
+
 };
 
 }  // namespace kelmar

@@ -7,8 +7,11 @@
 #include <kelmar/mdKelMain.h>
 
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QSignalBlocker>
 #include <QSlider>
@@ -28,7 +31,7 @@ QString probabilityText(double p) { return fmt::formatNumber(p, QStringLiteral("
 }  // namespace
 
 frmKelVarP::frmKelVarP(QWidget* parent)
-    : TechniquePage(kVariableProbability, QStringLiteral("frmKelVarP"),
+    : GuidedPage(kVariableProbability, QStringLiteral("frmKelVarP"),
                     QStringLiteral("Kelmar: Variable Probability"), lottery::PageFeatures(), parent) {
     frameProbability = new QGroupBox(QStringLiteral("Probability"), Frame1);
     frameProbability->setObjectName(QStringLiteral("frameProbability"));
@@ -40,14 +43,22 @@ frmKelVarP::frmKelVarP(QWidget* parent)
     sldProbability->setTickPosition(QSlider::TicksBelow);
     sldProbability->setTickInterval(1);
     sldProbability->installEventFilter(this);
-    auto* sliderLayout = new QVBoxLayout(frameProbability);
+    cmdNextJudgment = new QPushButton(tr("Next &judgment"), frameProbability);
+    cmdNextJudgment->setObjectName(QStringLiteral("cmdNextJudgment"));
+    cmdNextJudgment->setAutoDefault(false);
+    cmdNextJudgment->setToolTip(tr("Judge the next score up with the slider"));
+    auto* sliderLayout = new QHBoxLayout(frameProbability);
     sliderLayout->setContentsMargins(8, 4, 8, 4);
-    sliderLayout->addWidget(sldProbability);
+    sliderLayout->addWidget(sldProbability, 1);
+    sliderLayout->addWidget(cmdNextJudgment);
     addToUpperFrame(frameProbability);
+    addJudgmentNote();
     lottery::ShapeChart(*this, *picRatingChart);
     setTabOrder(picScorePoint.back(), sldProbability);
+    setTabOrder(sldProbability, cmdNextJudgment);
 
     connect(sldProbability, &QSlider::valueChanged, this, [this] { handle([this] { onSliderScroll(); }); });
+    connect(cmdNextJudgment, &QPushButton::clicked, this, [this] { handle([this] { onNextJudgment(); }); });
     for (PointMark* mark : picScorePoint)
         mark->setWhatsThis(tr("Press the mark to judge this score with the probability slider"));
 }
@@ -63,8 +74,17 @@ void frmKelVarP::drawRatingChart() {
     std::int16_t att = w.SelAtt;
     const std::int16_t n = sampleSize();
     // Inner points are judged from the lowest score up, starting with the
-    // first one.
-    if (JudgedPoint < 0 || JudgedPoint >= n) JudgedPoint = n > 2 ? 1 : 0;
+    // first one not judged yet (the first when all are).
+    if (JudgedPoint < 0 || JudgedPoint >= n) {
+        const std::vector<bool> judged = JudgedPoints(att);
+        JudgedPoint = n > 2 ? 1 : 0;
+        for (std::int16_t k = 1; k + 1 < n; ++k)
+            if (!judged[static_cast<std::size_t>(k)]) {
+                JudgedPoint = k;
+                break;
+            }
+        lblRefusal->clear();
+    }
     // A function of another technique keeps its points when the size
     // changes here; those points no longer fit the new size, so they are
     // laid out again at equal scores on the old curve.
@@ -87,7 +107,7 @@ void frmKelVarP::redraw(float p) {
     const QString guide =
         judgingInnerPoint()
             ? tr("Point %1 of %2, from the lowest score up: slide until the sure score and the "
-                 "lottery are equally good, then let go.")
+                 "lottery are equally good, then let go; Next judgment moves on.")
                   .arg(JudgedPoint)
                   .arg(n - 2)
             : tr("The end points are fixed: press an inner mark to judge its score.");
@@ -122,15 +142,19 @@ void frmKelVarP::SetProbabilityRange(std::int16_t i) {
         redraw(value);
         return;
     }
-    LowerNeighbour = checkedSub(i, 1);
-    UpperNeighbour = checkedAdd(i, 1);
+    // The slider spans the room between the judged points around i; the
+    // points not judged yet make way for the judgment.
+    const JudgedRoom room = RoomBetweenJudged(JudgedPoints(att), i);
+    LowerNeighbour = static_cast<std::int16_t>(room.lower);
+    UpperNeighbour = static_cast<std::int16_t>(room.upper);
     const QSignalBlocker quiet(sldProbability);
     sldProbability->setEnabled(true);
     sldProbability->setRange(0, 10);
     sldProbability->setSingleStep(1);
     sldProbability->setPageStep(1);
-    baseNeighbour_ = ProbabilityBaseNeighbour(att, i);
-    const float width = ProbabilityWidth(att, i);
+    baseNeighbour_ = ProbabilityBaseNeighbour(att, LowerNeighbour, UpperNeighbour);
+    std::int16_t far = baseNeighbour_ == LowerNeighbour ? UpperNeighbour : LowerNeighbour;
+    const float width = ProbabilityWidth(att, baseNeighbour_, far);
     ProbStep = width / static_cast<float>(sldProbability->maximum());
 
     // The thumb starts at the step nearest the point's value; the diagram
@@ -159,26 +183,63 @@ void frmKelVarP::onSliderScroll() {
 
 void frmKelVarP::onSliderRelease() {
     if (!judgingInnerPoint()) return;
-    if (static_cast<float>(sldProbability->value()) == SliderStart) return;
+    if (static_cast<float>(sldProbability->value()) == SliderStart) {
+        // No judgment: the diagram goes back to the stored value.
+        redraw(wizardData().SmpY(currentAttribute(), JudgedPoint).toSingle());
+        return;
+    }
+    judgeProbability(JudgedPoint, static_cast<double>(sliderProbability()));
+}
+
+JudgmentResult frmKelVarP::judgeProbability(int index, double p, bool exact) {
     WizardData& w = wizardData();
     std::int16_t att = w.SelAtt;
-    std::int16_t judged = JudgedPoint;
-    Variant p(sliderProbability());
-    StoreJudgedValue(att, judged, p);
+    const std::vector<bool> judged = JudgedPoints(att);
+    const JudgmentResult result = CheckJudgment(att, index, p, judged, true);
+    lblRefusal->setText(result.reason);
+    if (!result.accepted) return result;
+    std::int16_t point = static_cast<std::int16_t>(index);
+    PlaceJudgedValue(att, index, p, judged);
+    Variant value = exact ? Variant(p) : Variant(static_cast<float>(p));
+    StoreJudgedValue(att, point, value);
+    RememberJudgedPoint(att, judged, index);
+    lastLottery_ = index;
     drawValueChart();
-    ShowProbability(*picRatingChart, w.SmpY(att, judged).toSingle());
     refreshAttributeList();
     ShowRiskAttitude(att);
-    // On to the next score up; the last inner point stays judged.
-    if (JudgedPoint < sampleSize() - 2) {
-        JudgedPoint = checkedAdd(JudgedPoint, 1);
-        selectMark(JudgedPoint);
-        SetProbabilityRange(JudgedPoint);
-    }
+    // The judgment stays on this point until the analyst moves on.
+    JudgedPoint = point;
+    selectMark(JudgedPoint);
+    SetProbabilityRange(JudgedPoint);
+    return result;
+}
+
+double frmKelVarP::exactQuantity(int index) const {
+    return wizardData().SmpY(currentAttribute(), index).toDouble();
+}
+
+QString frmKelVarP::exactCaption() const { return tr("Exact probability:"); }
+
+QString frmKelVarP::moveToExact(int index, double typed) { return judgeProbability(index, typed, true).reason; }
+
+bool frmKelVarP::lotteryPremium(int index, LotteryPremium& premium) const {
+    if (index <= 0 || index >= sampleSize() - 1) return false;
+    premium = ProbabilityPremium(currentAttribute(), static_cast<std::int16_t>(index));
+    return true;
+}
+
+void frmKelVarP::onNextJudgment() {
+    const std::int16_t n = sampleSize();
+    if (n < 3) return;
+    JudgedPoint = JudgedPoint >= 1 && JudgedPoint < n - 2 ? checkedAdd(JudgedPoint, 1) : std::int16_t(1);
+    lblRefusal->clear();
+    selectMark(JudgedPoint);
+    SetProbabilityRange(JudgedPoint);
+    sldProbability->setFocus(Qt::OtherFocusReason);
 }
 
 bool frmKelVarP::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != sldProbability) return TechniquePage::eventFilter(watched, event);
+    if (watched != sldProbability) return GuidedPage::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick: {
@@ -193,6 +254,10 @@ bool frmKelVarP::eventFilter(QObject* watched, QEvent* event) {
         return false;
     case QEvent::MouseMove:
         return (static_cast<QMouseEvent*>(event)->buttons() & ~Qt::LeftButton) != Qt::NoButton;
+    case QEvent::Wheel:
+        // The wheel judges nothing: the thumb stays where the last
+        // judgment left it.
+        return true;
     case QEvent::KeyPress:
         // A key stroke works as a press and a release of its own.
         if (!static_cast<QKeyEvent*>(event)->isAutoRepeat()) keyStart_ = sldProbability->value();
@@ -211,19 +276,23 @@ bool frmKelVarP::eventFilter(QObject* watched, QEvent* event) {
 // --- Handlers ------------------------------------------------------------------
 
 void frmKelVarP::onMarkPressed(int index) {
+    GuidedPage::onMarkPressed(index);
     JudgedPoint = static_cast<std::int16_t>(index);
     SetProbabilityRange(JudgedPoint);
 }
 
 void frmKelVarP::refreshPage() {
     JudgedPoint = -1;
-    TechniquePage::refreshPage();
+    GuidedPage::refreshPage();
 }
 
 void frmKelVarP::onSampleSizeChosen(int listIndex) {
+    // The size in force chosen again changes nothing, not even the point
+    // under judgment.
+    if (sizeForListIndex(listIndex) == sampleSize()) return;
     JudgedPoint = -1;
     const QScopedValueRollback<bool> resizing(resizing_, true);
-    TechniquePage::onSampleSizeChosen(listIndex);
+    GuidedPage::onSampleSizeChosen(listIndex);
 }
 
 }  // namespace kelmar

@@ -4,14 +4,17 @@
 // with, and the points a round of judgments exports.
 #include "LotteryFixture.h"
 
+#include <QWheelEvent>
+
 namespace kelmar::test {
 namespace {
 
 // --- Variable probability -----------------------------------------------------
 
+// Point 2 between judged neighbours valued 0.2 and 0.6: on the benefit
+// attribute the lower neighbour is the base, on the cost one the upper. A
+// second answer on the same lottery judges the same point again.
 TEST_F(VarPTest, WorkedExampleFromTheLowerValuedNeighbourOnBothKinds) {
-    // Point 2 between neighbours valued 0.2 and 0.6: on the benefit
-    // attribute the lower neighbour is the base, on the cost one the upper.
     const struct { int att; double before, after; std::array<QString, 2> outcomes; } cases[] = {
         {0, 0.2, 0.6, {"100.00", "0.00"}},
         {1, 0.6, 0.2, {"10.00", "50.00"}},
@@ -19,28 +22,33 @@ TEST_F(VarPTest, WorkedExampleFromTheLowerValuedNeighbourOnBothKinds) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.att);
         fillProblem();
+        wizardData().VFunType(c.att) = std::int16_t(1);  // a curve: every point judged
         wizardData().SmpY(c.att, 1) = c.before;
         wizardData().SmpY(c.att, 3) = c.after;
         open(c.att);
         press(2);
         EXPECT_EQ(outcomes(), c.outcomes);
         EXPECT_FLOAT_EQ(page->ProbStep, 0.039f);
-        const struct { int position; std::array<QString, 2> texts; const char* tip; } steps[] = {
-            {0, {"0.200", "0.800"}, "0.2"},
-            {5, {"0.395", "0.605"}, "0.395"},
-            {10, {"0.590", "0.410"}, "0.59"},
-        };
         sendMouse(slider(), QEvent::MouseButtonPress, {2, 2}, Qt::LeftButton, Qt::LeftButton);
-        for (const auto& s : steps) {
-            slider()->setValue(s.position);
-            EXPECT_EQ(branches(), s.texts) << s.position;
-            EXPECT_EQ(slider()->toolTip(), s.tip);
-        }
+        slider()->setValue(0);
+        EXPECT_EQ(branches(), (std::array<QString, 2>{"0.200", "0.800"})) << "follows the thumb";
+        EXPECT_EQ(slider()->toolTip(), "0.2");
         sendMouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::LeftButton, Qt::NoButton);
-        EXPECT_FLOAT_EQ(wizardData().SmpY(c.att, 2).toSingle(), 0.59f);
+        const struct { int position; const char* shown; float stored; } steps[] = {
+            {5, "0.395", 0.395f}, {10, "0.590", 0.59f}};
+        for (const auto& s : steps) {
+            slide(s.position);
+            EXPECT_EQ(page->JudgedPoint, 2);
+            EXPECT_FLOAT_EQ(wizardData().SmpY(c.att, 2).toSingle(), s.stored);
+            EXPECT_EQ(branches()[0], s.shown);
+        }
+        EXPECT_DOUBLE_EQ(y(c.att, 3), c.after);
     }
 }
 
+// Only a left release at another position judges, and the point stays the
+// one under judgment until Next judgment; the wheel judges nothing and the
+// diagram then shows the stored value.
 TEST_F(VarPTest, OnlyALeftReleaseAtAnotherPositionStores) {
     open();
     // The page opens on the first inner point: the lowest score after the
@@ -49,24 +57,36 @@ TEST_F(VarPTest, OnlyALeftReleaseAtAnotherPositionStores) {
     EXPECT_EQ(outcomes(), (std::array<QString, 2>{"100.00", "0.00"}));
     press(2);
     // Another button neither moves the thumb nor stores; nor does a release
-    // where the left press began.
+    // where the left press began, nor the wheel.
     const int start = slider()->value();
     sendMouse(slider(), QEvent::MouseButtonPress, {2, 2}, Qt::RightButton, Qt::RightButton);
     sendMouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::RightButton, Qt::NoButton);
     EXPECT_EQ(slider()->value(), start);
-    slide(start);
+    QWheelEvent wheel({2, 2}, slider()->mapToGlobal(QPointF(2, 2)), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(slider(), &wheel);
+    EXPECT_EQ(slider()->value(), start);
+    sendMouse(slider(), QEvent::MouseButtonPress, {2, 2}, Qt::LeftButton, Qt::LeftButton);
+    slider()->setValue(2);
+    slider()->setValue(start);
+    sendMouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(branches()[0], "0.500") << "the stored value, not the thumb's step";
     sendMouse(slider(), QEvent::MouseButtonPress, {2, 2}, Qt::LeftButton, Qt::LeftButton);
     slider()->setValue(2);
     sendMouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::RightButton, Qt::LeftButton);
     EXPECT_DOUBLE_EQ(y(0, 2), 0.5);
     EXPECT_EQ(wizardData().VFunType(0).toInteger(), 0);
     EXPECT_FALSE(wizardData().AttVFDone(0).toBoolean());
-    EXPECT_EQ(mark(2)->picture(), 2) << "still judging point 2";
 
+    // On the straight line only the ends are judged: the slider spans 0 .. 1
+    // and the unjudged neighbours make way.
     sendMouse(slider(), QEvent::MouseButtonRelease, {2, 2}, Qt::LeftButton, Qt::NoButton);
-    EXPECT_FLOAT_EQ(wizardData().SmpY(0, 2).toSingle(), 0.25f + 0.049f * 2);
+    EXPECT_FLOAT_EQ(wizardData().SmpY(0, 2).toSingle(), 0.099f * 2);
+    EXPECT_NEAR(y(0, 1), 0.099, 1e-7);
+    EXPECT_NEAR(y(0, 3), 0.599, 1e-7);
     this->expectEdited(0, kVariableProbability, 2);
-    // The page leads on to the next score up.
+    EXPECT_EQ(page->JudgedPoint, 2);
+    click("cmdNextJudgment");
     EXPECT_EQ(page->JudgedPoint, 3);
     EXPECT_EQ(mark(3)->picture(), 2);
     EXPECT_EQ(textAt(-1, 34.0), "75.00");
@@ -96,6 +116,7 @@ TEST_F(VarPTest, ARoundOfJudgmentsExportsOrderedValues) {
         for (int k = 1; k <= 3; ++k) {
             ASSERT_EQ(page->JudgedPoint, k);
             slide(slider()->value() == 10 ? 0 : 10);
+            click("cmdNextJudgment");
         }
         click("cmdFinish");
         EXPECT_EQ(sink.events, (std::vector<std::string>{"ExportResults", "UnloadKelmar"}));
@@ -183,11 +204,14 @@ TEST_F(VarCTest, DraggedSureScoreTakesTheMeanOfItsOutcomesAndLeadsOn) {
     EXPECT_EQ(mark(1)->picture(), 2);
     EXPECT_EQ(outcomes(), (std::array<QString, 2>{"10.00", "26.00"}));
 
-    // A drop beyond a neighbour changes nothing; a drop beside it judges.
-    drag(1, 50.0);
-    EXPECT_DOUBLE_EQ(x(1, 1), 20.0);
-    drag(1, 20.0);
+    // The unjudged points made way. A drop beyond a judged point changes
+    // nothing; a drop before it judges.
     EXPECT_DOUBLE_EQ(x(1, 1), 18.0);
+    drag(1, 50.0);
+    EXPECT_DOUBLE_EQ(x(1, 1), 18.0);
+    EXPECT_TRUE(text("lblRefusal").contains("the point you judged at 26.00"));
+    drag(1, 15.0);
+    EXPECT_DOUBLE_EQ(x(1, 1), 16.0);
     EXPECT_DOUBLE_EQ(y(1, 1), 0.75);
     EXPECT_EQ(page->JudgedPoint, 3);
     EXPECT_EQ(textAt(chart()->childLeft(mark(1)) + chart()->childWidth(mark(1)) / 2.0 -

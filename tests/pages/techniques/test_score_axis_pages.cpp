@@ -52,32 +52,35 @@ TYPED_TEST(ScoreAxisPages, MarksStandAtTheirScoresOverTicksAtTheEqualSteps) {
               QStringList({"10", "20", "30", "40", "50"}));
 }
 
-TYPED_TEST(ScoreAxisPages, AMovePastANeighbourLeavesEverythingAsItWas) {
+// A move onto or past a judged mark (an end, or a point judged before) is
+// refused with the reason on the page and leaves everything as it was.
+TYPED_TEST(ScoreAxisPages, AMovePastAJudgedPointLeavesEverythingAsItWas) {
     WizardData& w = wizardData();
     this->open();
     // Neither page counts a refused move as an edit.
-    this->drag(2, 5.0);
+    this->drag(2, 0.0);
     EXPECT_EQ(w.VFunType(0).toInteger(), 0);
     EXPECT_FALSE(w.AttVFDone(0).toBoolean());
+    EXPECT_EQ(this->text("lblRefusal"), "Not accepted: 0.00 would reach or pass the end of the range, 0.00.");
 
     this->drag(2, 60.0);
+    EXPECT_EQ(this->text("lblRefusal"), "");
     const auto state = [this] {
         const WizardData& d = wizardData();
-        std::vector<QString> s{this->text("lblCurScore"), this->text("lblScoreDiff"), this->text("lblJudgment"),
-                               d.VFunType(0).toString(), d.AttVFDone(0).toString(),
-                               QString::number(d.SelPoint)};
+        std::vector<QString> s{d.VFunType(0).toString(), d.AttVFDone(0).toString(), QString::number(d.SelPoint)};
         for (int k = 0; k < 5; ++k)
             s.push_back(QStringLiteral("%1 %2 %3 %4").arg(d.SmpX(0, k).toDouble()).arg(d.SmpY(0, k).toDouble())
                             .arg(this->centreOf(k)).arg(this->mark(k)->toolTip()));
         return s;
     };
     const auto before = state();
-    for (const double target : {20.0, 24.0, 80.0, 99.0}) {
+    for (const auto& [point, target] : {std::pair{1, 60.0}, {1, 80.0}, {3, 59.0}, {3, 99.0}}) {
         SCOPED_TRACE(target);
-        this->drag(2, target);
+        this->drag(point, target);
         EXPECT_EQ(state(), before);
+        EXPECT_FALSE(this->text("lblRefusal").isEmpty());
     }
-    EXPECT_FALSE(this->page->MovePoint(2, 74.9));
+    EXPECT_FALSE(this->page->MovePoint(3, 60.5));
     EXPECT_EQ(state(), before);
 }
 
@@ -111,7 +114,7 @@ TYPED_TEST(ScoreAxisPages, AMovedMarkCountsAsAnEdit) {
     this->drag(2, 40.0, false);
     EXPECT_EQ(w.VFunType(0).toInteger(), this->bisection ? 0 : 1);
     EXPECT_FALSE(w.AttVFDone(0).toBoolean());
-    EXPECT_EQ(this->text("lblScoreDiff"), "[15.00] : [35.00]") << "follows the drag";
+    EXPECT_EQ(this->text("lblScoreDiff"), "[20.00] : [30.00]") << "follows the drag";
     this->send(2, QEvent::MouseButtonRelease, this->kGrab, Qt::LeftButton, Qt::NoButton);
     this->expectEdited(0, this->technique, 2);
     EXPECT_EQ(this->mark(2)->toolTip(), "40.00");
@@ -277,7 +280,7 @@ TEST_F(BisectionTest, TheWalkGoesThroughTheHalvingsInOrder) {
     EXPECT_EQ(page->judgedPoint(), 1);
     EXPECT_EQ(page->focusWidget(), mark(1)) << "ready for the arrow keys";
     sendKey(mark(1), Qt::Key_Right);
-    EXPECT_DOUBLE_EQ(w.SmpX(0, 1).toDouble(), 14.0) << "to the next whole unit";
+    EXPECT_DOUBLE_EQ(w.SmpX(0, 1).toDouble(), 11.0) << "made way to 10 when 4 was judged";
 }
 
 // --- Difference standard sequences -----------------------------------------
@@ -293,16 +296,17 @@ TEST_F(DiffStdSeqTest, ShowsTheTwoStepsBesideTheSelectedPoint) {
     EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{0, 25}, {25, 50}}));
     EXPECT_TRUE(drawnTexts(*chart()).contains("Are these two steps equally preferred?"));
     EXPECT_TRUE(drawnTexts(*chart()).contains(QString::fromUtf8("0.00 \u2013 25.00")));
-    // A step too narrow for its ends is captioned with its length.
-    drag(2, 30.0);
+    // A step too narrow for its ends is captioned with its length; the
+    // points not judged yet make way.
+    drag(1, 5.0);
     EXPECT_TRUE(drawnTexts(*chart()).contains("5.00"));
-    EXPECT_TRUE(drawnTexts(*chart()).contains(QString::fromUtf8("30.00 \u2013 75.00")));
+    EXPECT_TRUE(drawnTexts(*chart()).contains(QString::fromUtf8("5.00 \u2013 36.67")));
     drag(2, 60.0);
-    EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{25, 60}, {60, 75}}));
+    EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{5, 60}, {60, 80}}));
     EXPECT_TRUE(text("lblJudgment").startsWith("Judgment 2 of 3"));
     // At an end, one step and the end's own words.
     drag(4, 50.0);
-    EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{75, 100}}));
+    EXPECT_EQ(spans(*chart()), (std::vector<std::pair<double, double>>{{80, 100}}));
     EXPECT_EQ(text("lblJudgment").section('.', 0, 1), "The last point stays at the highest score, 100.00");
 
     choose("cmbSmpSize", 1);

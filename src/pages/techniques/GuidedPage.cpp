@@ -1,0 +1,69 @@
+#include "pages/techniques/GuidedPage.h"
+
+#include <kelmar/mdKelMain.h>
+
+#include <QColor>
+#include <QLabel>
+#include <QPalette>
+#include <QScopedValueRollback>
+
+namespace kelmar {
+
+void GuidedPage::addJudgmentNote() {
+    lblRefusal = new QLabel(Frame1);
+    lblRefusal->setObjectName(QStringLiteral("lblRefusal"));
+    lblRefusal->setWordWrap(true);
+    lblRefusal->setMinimumHeight(lblRefusal->fontMetrics().lineSpacing() * 2 + 2);
+    lblRefusal->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    QPalette palette = lblRefusal->palette();
+    palette.setColor(QPalette::WindowText, QColor(0x9A, 0x1C, 0x1C));
+    lblRefusal->setPalette(palette);
+    addToUpperFrame(lblRefusal);
+}
+
+bool GuidedPage::moveScore(int index, double x) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const double low = w.ScoreMinimum(att).toDouble();
+    const double score = low + (w.ScoreMaximum(att).toDouble() - low) * x / 100.0;
+    // A drag keeps to the points judged when its mark was pressed.
+    const bool dragging = leftDown_ && dragIndex_ == index &&
+                          pressJudged_.size() == static_cast<std::size_t>(sampleSize());
+    const std::vector<bool> judged = dragging ? pressJudged_ : JudgedPoints(att);
+    const JudgedRoom room = RoomBetweenJudged(judged, index);
+    if (const int blocker = crossedNeighbour(index, x, room.lower, room.upper); blocker >= 0) {
+        lblRefusal->setText(ScoreRefusal(att, blocker, score));
+        return false;
+    }
+    lblRefusal->clear();
+    PlaceJudgedScore(att, index, score, judged);
+    moveJudged_ = judged;
+    return true;
+}
+
+JudgmentResult GuidedPage::placeTypedScore(int index, double score) {
+    const std::int16_t att = currentAttribute();
+    const std::vector<bool> judged = JudgedPoints(att);
+    const JudgmentResult result = CheckJudgment(att, index, score, judged);
+    lblRefusal->setText(result.reason);
+    if (result.accepted) {
+        PlaceJudgedScore(att, index, score, judged);
+        moveJudged_ = judged;
+    }
+    return result;
+}
+
+void GuidedPage::releaseAsMoved(int index) {
+    const QScopedValueRollback<double> moved(downLeft_, qQNaN());
+    onMarkReleased(index);
+}
+
+void GuidedPage::rememberJudgment(int index) { RememberJudgedPoint(currentAttribute(), moveJudged_, index); }
+
+void GuidedPage::onMarkPressed(int index) {
+    Q_UNUSED(index)
+    pressJudged_ = JudgedPoints(currentAttribute());
+    lblRefusal->clear();
+}
+
+}  // namespace kelmar
