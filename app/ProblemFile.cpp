@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cfloat>
 #include <cmath>
 #include <initializer_list>
 #include <iterator>
@@ -29,9 +28,10 @@ using kelmar::VariantArray;
 namespace {
 
 constexpr int kMaxPoints = 11;
-// The wizard lays out and draws scores in single precision: a score, a range
-// end or a point beyond this would overflow there.
-constexpr double kLargestScore = FLT_MAX;
+// The wizard lays out and draws scores in single precision (up to about
+// 3.4e38): with scores within this bound, a range between any two of them
+// and the steps across it fit there too.
+constexpr double kLargestScore = 1e38;
 
 QString typeName(const QJsonValue& v) {
     switch (v.type()) {
@@ -103,7 +103,8 @@ public:
     double score(const QJsonValue& v, const QString& path) const {
         const double d = number(v, path);
         if (std::abs(d) > kLargestScore)
-            fail(path, QStringLiteral("expected a score from -%1 to %1 (single precision), found %2")
+            fail(path, QStringLiteral("expected a score from -%1 to %1 (a range must fit single "
+                                      "precision), found %2")
                            .arg(kLargestScore)
                            .arg(d));
         return d;

@@ -105,7 +105,7 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
         {R"({"scoreMinimum": 15, "scoreMaximum": 30})",
          "valueFunctions[0].scoreMinimum: the range 15 to 30 must hold every alternative's score; scores[0][0] is 10"},
         {R"({"scoreMinimum": -1e39, "scoreMaximum": 30})",
-         "valueFunctions[0].scoreMinimum: expected a score from -3.40282e+38 to 3.40282e+38 (single precision), found -1e+39"},
+         "valueFunctions[0].scoreMinimum: expected a score from -1e+38 to 1e+38 (a range must fit single precision), found -1e+39"},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30, "points": [[0, 1], [1e-300, 0.5], [30, 0]]})",
          "valueFunctions[0].points: the curve through these points cannot be computed (Overflow)"},
         {R"({"scoreMinimum": 0, "scoreMaximum": 30}], "valuefunctions": [)",
