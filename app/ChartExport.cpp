@@ -9,7 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
+#include <utility>
+#include <vector>
 
 namespace kelmarhost {
 
@@ -67,14 +68,26 @@ void drawAttributeChart(kelmar::ValueFunctionChart& chart, const Problem& proble
     extras.scoreCaption = attribute.definition.isEmpty() ? attribute.name : attribute.definition;
     if (!curves.isEmpty()) {
         // Alternatives with the same score share one mark and one name.
-        std::map<double, QStringList> scores;
+        std::vector<std::pair<double, qsizetype>> byScore;
+        byScore.reserve(static_cast<std::size_t>(problem.scores.size()));
         for (qsizetype i = 0; i < problem.scores.size(); ++i)
-            scores[problem.scores[i].value(att)] << problem.alternatives.value(i);
+            byScore.emplace_back(problem.scores[i].value(att), i);
+        std::sort(byScore.begin(), byScore.end());
+        std::size_t distinct = 0;
+        for (std::size_t i = 0; i < byScore.size(); ++i)
+            distinct += i == 0 || byScore[i].first != byScore[i - 1].first;
         const bool named = problem.alternatives.size() <= kMostNames;
-        const std::size_t every = scores.size() / kMostMarks + 1;
-        CurveEvaluator value(curves.last().function);
+        const std::size_t every = distinct / kMostMarks + 1;
+        // Marked on the current function: the problem's own, which need not
+        // be the latest curve.
+        CurveEvaluator value(att < problem.functions.size() ? problem.functions[att]
+                                                            : curves.last().function);
         std::size_t k = 0;
-        for (const auto& [s, names] : scores) {
+        for (std::size_t i = 0; i < byScore.size();) {
+            const double s = byScore[i].first;
+            QStringList names;
+            for (; i < byScore.size() && byScore[i].first == s; ++i)
+                if (named) names << problem.alternatives.value(byScore[i].second);
             if (k++ % every != 0) continue;
             marks.emplace_back(s, value(s));
             if (named) extras.markNames.push_back(names.join(QStringLiteral(", ")));

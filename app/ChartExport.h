@@ -14,10 +14,10 @@
 
 namespace kelmarhost {
 
-// Draws attribute att's curves (the last one current, with the
-// alternatives' scores marked and, for a small problem, named on it) into
-// chart, with the score axis' caption and the comparison's lines: where the
-// curves differ most and where one turns back.
+// Draws attribute att's curves (the last on top) into chart with the score
+// axis' caption and the comparison's lines (where the curves differ most,
+// where one turns back); the alternatives' scores are marked and, for a
+// small problem, named on the problem's current function.
 void drawAttributeChart(kelmar::ValueFunctionChart& chart, const Problem& problem, int att,
                         const QVector<AttributeCurve>& curves);
 

@@ -4,12 +4,12 @@
 
 #include <QDate>
 #include <QFontMetricsF>
-#include <QHash>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 
@@ -204,13 +204,16 @@ public:
     }
 
 private:
-    // Numbers repeat (a value table holds at most ten thousand different
-    // ones), so their widths are measured once.
+    // Numbers are measured character by character (the fonts are laid out
+    // without shaping, so a text's advance is the sum of its characters'):
+    // a long value table measures fast.
     double rightAdvance(const QFontMetricsF& fm, const QString& s) {
-        auto it = advances_.constFind(s);
-        if (it != advances_.cend()) return *it;
-        const double a = fm.horizontalAdvance(s);
-        if (advances_.size() < 100000) advances_.insert(s, a);
+        if (advanceFont_ != fm.height()) {
+            advanceFont_ = fm.height();
+            for (int c = 0; c < 128; ++c) advances_[c] = fm.horizontalAdvance(QChar(c));
+        }
+        double a = 0;
+        for (const QChar ch : s) a += ch.unicode() < 128 ? advances_[ch.unicode()] : fm.horizontalAdvance(ch);
         return a;
     }
 
@@ -236,7 +239,8 @@ private:
     double bottom_ = 0;
     double y_ = 0;
     int page_ = 0;
-    QHash<QString, double> advances_;
+    double advanceFont_ = -1;
+    std::array<double, 128> advances_{};
 };
 
 // The function the values come from; the curves show how it came about.

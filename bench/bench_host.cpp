@@ -5,7 +5,7 @@
 // it (saveProblemFile), Host/Evaluate computes the value table the
 // problem's functions give (the table of --evaluate and of the Values tab),
 // Host/Report writes the analyst's PDF report (--report): every
-// attribute's chart and tables and the whole value table, some 1,300 pages.
+// attribute's chart and tables and the whole value table, some 1,700 pages.
 #include "ProblemFile.h"
 #include "Report.h"
 #include "Workbench.h"
