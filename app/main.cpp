@@ -4,6 +4,7 @@
 // compare, save and export. Without a window it prints the value table or
 // writes a function chart.
 #include "ChartExport.h"
+#include "Report.h"
 #include "HostWindow.h"
 #include "ProblemFile.h"
 #include "ResultWriter.h"
@@ -116,6 +117,12 @@ static int run(int argc, char** argv) {
                        "first."),
         QStringLiteral("name"));
     parser.addOption(attribute);
+    const QCommandLineOption report(
+        QStringLiteral("report"),
+        QStringLiteral("Write the analyst's report (PDF) of the problem and its functions to "
+                       "<file> and exit without opening a window."),
+        QStringLiteral("file"));
+    parser.addOption(report);
     parser.addPositionalArgument(
         QStringLiteral("problem"),
         QStringLiteral("The decision problem, a JSON file (see docs/problem-format.md). Without "
@@ -161,7 +168,7 @@ static int run(int argc, char** argv) {
         return 2;
     }
 
-    const bool batch = parser.isSet(evaluate) || parser.isSet(chart);
+    const bool batch = parser.isSet(evaluate) || parser.isSet(chart) || parser.isSet(report);
     int chartAttribute = 0;
     if (parser.isSet(chart)) {
         const QString wanted = parser.value(attribute);
@@ -190,6 +197,9 @@ static int run(int argc, char** argv) {
     }
     // Charts are drawn without a screen.
     if (batch && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Without a window, standard error carries the program's own faults
+    // only, not Qt's notes on the desktop it found.
+    if (batch) qInstallMessageHandler(quietMessages);
 
     HostApplication app(argc, argv, batch);
     QApplication::setApplicationName(QStringLiteral("kelmar-host"));
@@ -200,6 +210,13 @@ static int run(int argc, char** argv) {
                            {{QStringLiteral("Loaded"), problem.functions.value(chartAttribute)}});
         QString error;
         if (!writeChart(drawing, parser.value(chart), &error)) {
+            std::fprintf(stderr, "kelmar-host: %s\n", qPrintable(error));
+            return 1;
+        }
+    }
+    if (parser.isSet(report)) {
+        QString error;
+        if (!writeReport(reportOfProblem(problem), parser.value(report), &error)) {
             std::fprintf(stderr, "kelmar-host: %s\n", qPrintable(error));
             return 1;
         }
