@@ -554,7 +554,12 @@ Problem loadProblemFile(const QString& path) {
     if (!file.open(QIODevice::ReadOnly))
         throw ProblemFileError(
             QStringLiteral("%1: the file cannot be read: %2").arg(path, file.errorString()));
-    return parseProblem(file.readAll(), path);
+    // A device or a pipe without end (/dev/zero) is cut off, not read for ever.
+    constexpr qint64 kLargestFile = qint64(512) << 20;
+    const QByteArray text = file.read(kLargestFile + 1);
+    if (text.size() > kLargestFile)
+        throw ProblemFileError(QStringLiteral("%1: the file is larger than 512 MiB").arg(path));
+    return parseProblem(text, path);
 }
 
 QJsonValue variantToJson(const Variant& v) {

@@ -214,7 +214,8 @@ TEST(FuzzTest, MutatedFilesAreTakenOrRefusedWithOneLine) {
 }
 
 // The program itself, on the files that once aborted it and on a few
-// mutants: status 0 with a table in range (and a chart), or 2 with one line.
+// mutants, in every windowless mode at once: status 0 with a table in range
+// (and a chart and a report), or 2 with one line.
 TEST(FuzzTest, TheProgramEndsWithStatus0Or2) {
     QTemporaryDir dir;
     QStringList files;
@@ -232,7 +233,8 @@ TEST(FuzzTest, TheProgramEndsWithStatus0Or2) {
     for (const QString& file : files) {
         QProcess p;
         p.start(QStringLiteral(KELMAR_HOST_PATH),
-                {QStringLiteral("--evaluate"), QStringLiteral("--chart"), dir.filePath(QStringLiteral("chart.svg")), file});
+                {QStringLiteral("--evaluate"), QStringLiteral("--chart"), dir.filePath(QStringLiteral("chart.svg")),
+                 QStringLiteral("--report"), dir.filePath(QStringLiteral("report.pdf")), file});
         ASSERT_TRUE(p.waitForFinished(60000)) << file.toStdString();
         const QByteArray out = p.readAllStandardOutput(), err = p.readAllStandardError();
         ASSERT_EQ(p.exitStatus(), QProcess::NormalExit) << file.toStdString();
