@@ -25,6 +25,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSettings>
 #include <QSplitter>
@@ -658,6 +659,17 @@ QWidget* HostWindow::showHelp(const QString& pageName) {
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(browser);
         help_->resize(620, 560);
+        // Beside the window it helps with where the screen has room, else
+        // over its left edge.
+        if (const QScreen* screen = front->screen()) {
+            const QRect room = screen->availableGeometry();
+            const QRect beside = front->frameGeometry();
+            const int x = beside.right() + 1 + help_->width() <= room.right()
+                              ? beside.right() + 1
+                              : std::max(room.left(), beside.left() - help_->width() / 2);
+            help_->move(x, std::clamp(beside.top(), room.top(),
+                                      std::max(room.top(), room.bottom() - help_->height())));
+        }
     } else if (help_->parentWidget() != front) {
         help_->setParent(front, Qt::Window);
     }
