@@ -11,6 +11,8 @@
 #include <QJsonParseError>
 #include <QPointer>
 #include <QTableView>
+#include <QTextBlock>
+#include <QTextBrowser>
 
 namespace kelmarhost {
 namespace {
@@ -192,6 +194,26 @@ TEST_F(HostWindowTest, TheHistoryComesBackWithTheFileAndAnEarlierCurveCanBeCurre
     EXPECT_TRUE(window.hasUnsavedWork());
     EXPECT_NE(window.values()[3][0], before[3][0]) << "a rent near the lowered point";
     EXPECT_EQ(window.values()[3][1], before[3][1]) << "the other attributes keep their values";
+}
+
+// Help on a page of the wizard opens the help window at that page's part.
+TEST_F(HostWindowTest, HelpOpensAtThePageInFront) {
+    window.showWizard();
+    QWidget* settings = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->objectName() == QStringLiteral("frmKelSettings")) settings = w;
+    ASSERT_NE(settings, nullptr);
+    settings->activateWindow();
+    QApplication::setActiveWindow(settings);
+    settings->findChild<QAbstractButton*>(QStringLiteral("cmdHelp"))->click();
+    QWidget* help = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->objectName() == QStringLiteral("wndHelp") && w->isVisible()) help = w;
+    ASSERT_NE(help, nullptr);
+    EXPECT_EQ(help->findChild<QTextBrowser*>()->textCursor().block().text(), QStringLiteral("The settings page"));
+    EXPECT_EQ(window.showHelp(QStringLiteral("frmKelVarC"))->findChild<QTextBrowser*>()->textCursor().block().text(),
+              QStringLiteral("Variable certainty equivalent"));
+    closeWizard();
 }
 
 }  // namespace
