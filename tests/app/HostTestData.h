@@ -16,6 +16,7 @@
 #include <QByteArray>
 #include <QFile>
 #include <QMessageBox>
+#include <QStandardPaths>
 #include <QString>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -46,6 +47,8 @@ inline QByteArray documentedJson(const char* heading) {
 class HostWindowTest : public ::testing::Test {
 protected:
     void SetUp() override {
+        // The recent-files list goes to a test location, not the user's.
+        QStandardPaths::setTestModeEnabled(true);
         kelmar::setModalRunner([](QDialog& page) { page.show(); });
         window.show();
     }

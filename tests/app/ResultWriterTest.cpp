@@ -5,7 +5,6 @@
 
 #include <QFileInfo>
 #include <QLabel>
-#include <QStandardPaths>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonParseError>
@@ -156,7 +155,6 @@ TEST_F(HostWindowTest, KeepsEveryFinishAsksBeforeItIsLostAndStartsTheNextSession
 // comparison comes back on reopening; an earlier curve can be made current
 // again; a file that cannot be read leaves the workbench as it was.
 TEST_F(HostWindowTest, TheHistoryComesBackWithTheFileAndAnEarlierCurveCanBeCurrentAgain) {
-    QStandardPaths::setTestModeEnabled(true);
     kelmar::setMessageBoxHook([](QMessageBox&) { return QMessageBox::Ok; });
     window.showWizard();
     kelmar::WizardData& w = kelmar::wizardData();
