@@ -1,7 +1,7 @@
 // Tagged values and bounded arrays as the host and the wizard exchange them.
 //
 // A Variant holds one of: Empty, Boolean, Integer (16-bit), Long (32-bit),
-// Single, Double, String or Array. Conversions follow the classic rules:
+// Single, Double, String or Array. Conversions follow fixed rules:
 // Empty reads as 0 and as "", numeric text converts, non-numeric text in
 // arithmetic is a type mismatch (error 13), conversion to a 16-bit Integer
 // rounds half to even and overflows (error 6) outside -32768 .. 32767.
@@ -18,7 +18,7 @@
 
 namespace kelmar {
 
-// A run-time error with its classic error number.
+// A run-time error with its error number.
 class RuntimeError : public std::exception {
 public:
     enum Code : int {
@@ -37,7 +37,7 @@ public:
     const QString& description() const noexcept { return description_; }
     const char* what() const noexcept override { return what_.c_str(); }
 
-    // The classic text for an error number ("Overflow", "Type mismatch", ...).
+    // The standard text for an error number ("Overflow", "Type mismatch", ...).
     static QString standardDescription(int number);
 
 private:
@@ -107,7 +107,7 @@ public:
     // Fast path for the common case of a Double held in an array cell.
     double asDoubleFast() const { return type_ == Type::Double ? u_.d : toDouble(); }
 
-    // Classic comparison: numbers numerically, strings by code unit, Empty as 0
+    // Comparison: numbers numerically, strings by code unit, Empty as 0
     // or "", and any number below any string.
     friend int compare(const Variant& a, const Variant& b);
     friend bool operator==(const Variant& a, const Variant& b) { return compare(a, b) == 0; }
@@ -182,7 +182,7 @@ private:
 };
 
 // Checked 16-bit integer arithmetic: results outside -32768 .. 32767 raise
-// error 6, as the classic Integer arithmetic does.
+// error 6, as Integer arithmetic does.
 std::int16_t checkedAdd(std::int16_t a, std::int16_t b);
 std::int16_t checkedSub(std::int16_t a, std::int16_t b);
 std::int16_t checkedMul(std::int16_t a, std::int16_t b);

@@ -57,7 +57,7 @@ std::int16_t narrow16(int v) {
     return static_cast<std::int16_t>(v);
 }
 
-// Classic text of a number: up to `digits` significant digits, scientific
+// Kelmar's text of a number: up to `digits` significant digits, scientific
 // notation for very large and very small magnitudes.
 QString numberText(double v, int digits) {
     if (v == 0.0) return QStringLiteral("0");

@@ -56,7 +56,7 @@ public:
     void load();
     bool isLoaded() const noexcept { return loaded_; }
 
-    // The page's position, as the classic Left and Top.
+    // The page's position, its Left and Top.
     float pageLeft() const;
     float pageTop() const;
 
