@@ -2,12 +2,14 @@
 
 #include "component/PageRegistry.h"
 #include "model/Arith.h"
+#include "model/ExponentialPoints.h"
 #include "model/Format.h"
 #include "pages/common/Ui.h"
 
 #include <kelmar/mdKelMain.h>
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -20,6 +22,7 @@
 #include <QStyleOptionSlider>
 #include <QToolTip>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kelmar {
@@ -52,6 +55,18 @@ frmKelMidPoint::PrinterFactory& printerFactory() {
 }
 
 QString parameterText(double v) { return fmt::formatNumber(v, QStringLiteral("0.000000")); }
+
+// Below this the curve and the exponential cannot be told apart on the
+// chart, and the page says nothing about the difference.
+constexpr double kShownGap = 0.005;
+
+// The points the record holds for the attribute, at most eleven.
+std::int16_t exponentialSize(std::int16_t att) {
+    WizardData& w = wizardData();
+    const int held = std::min(w.SmpX.ubound(2), w.SmpY.ubound(2)) + 1;
+    static_cast<void>(w.SmpX(att, 0));  // an attribute outside the record is error 9
+    return static_cast<std::int16_t>(std::min(held, kLayoutMaxPoints));
+}
 
 bool isSliderKey(int key) {
     switch (key) {
@@ -100,6 +115,17 @@ frmKelMidPoint::frmKelMidPoint(QWidget* parent)
     grid->addWidget(lblSliderMin_, 1, 0);
     grid->addWidget(sldMidVal, 1, 1);
     grid->addWidget(lblSliderMax_, 1, 2);
+    // Under the slider: the function's middle score and, where the curve
+    // cannot follow the exponential closely, how far it strays.
+    lblMidScore = new QLabel(frameSlider);
+    lblMidScore->setObjectName(QStringLiteral("lblMidScore"));
+    lblCurveGap = new QLabel(frameSlider);
+    lblCurveGap->setObjectName(QStringLiteral("lblCurveGap"));
+    auto* under = new QHBoxLayout;
+    under->addWidget(lblMidScore);
+    under->addStretch(1);
+    under->addWidget(lblCurveGap);
+    grid->addLayout(under, 2, 0, 1, 3);
     grid->setColumnStretch(1, 1);
     addToUpperFrame(frameSlider);
 
@@ -145,6 +171,9 @@ bool frmKelMidPoint::eventFilter(QObject* watched, QEvent* event) {
     if (watched != sldMidVal) return TechniquePage::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        // The second press of a double-click moves the slider like the
+        // first, so it is a press of its own that its release judges.
         if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
             sliderLeftDown_ = true;
             handle([this] { sliderMouseDown(); });
@@ -206,6 +235,9 @@ void frmKelMidPoint::judgeMiddle() {
         if (!isLinearType(w.VFunType(att))) w.ScoreMiddle(att) = Variant(middle_);
     }
     refreshAttributeList();
+    // A refused score, or one that made the function linear, leaves the
+    // slider where the function's middle score is.
+    placeSlider();
 }
 
 bool frmKelMidPoint::unreasonableMiddle(double middle) {
@@ -256,10 +288,20 @@ bool frmKelMidPoint::FitMidpoint() {
         w.VFunType(att) = Variant(std::int16_t(0));
         SetLinearSamplePoints(att, size);
     } else {
+        // The exponential takes every point the record holds: eleven, or
+        // fewer where a host's arrays are smaller. A failed placement
+        // leaves the function as it was.
+        const Variant oldSize = w.SmpSize(att);
+        w.SmpSize(att) = Variant(exponentialSize(att));
+        try {
+            ResampleExponential(att, middle_);
+        } catch (...) {
+            w.SmpSize(att) = oldSize;
+            throw;
+        }
         WriteExponentialParB();
         WriteExponentialParA();
         w.VFunType(att) = Variant(std::int16_t(1));
-        ResampleExponential(att, middle_);
     }
     return true;
 }
@@ -292,7 +334,9 @@ float frmKelMidPoint::middleScore(std::int16_t att) {
     WizardData& w = wizardData();
     if (!isLinearType(w.VFunType(att))) {
         const std::int16_t n = w.SmpSize(att).toInteger();
-        if (n >= 3 && n % 2 == 1 && w.SmpY(att, n / 2).toDouble() == 0.5) return csng(w.SmpX(att, n / 2).toDouble());
+        for (int k = 1; k + 1 < n; ++k) {
+            if (w.SmpY(att, k).toDouble() == 0.5) return csng(w.SmpX(att, k).toDouble());
+        }
     }
     return TechniquePage::middleScore(att);
 }
@@ -318,6 +362,27 @@ void frmKelMidPoint::placeSlider() {
     const QSignalBlocker quiet(sldMidVal);
     sldMidVal->setValue(position);
     showMiddle(position);
+    showFunctionLabels();
+}
+
+void frmKelMidPoint::showFunctionLabels() {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    lblMidScore->setText(tr("Middle score of the function: %1")
+                             .arg(fmt::formatNumber(w.ScoreMiddle(att).toDouble(), QStringLiteral("0.00"))));
+    // A midpoint exponential whose curve strays visibly from it says by how
+    // much, on the value scale shown.
+    double gap = 0.0;
+    if (w.VFTechniqueID(att).toDouble() == static_cast<double>(kMidPoint) && !isLinearType(w.VFunType(att))) {
+        try {
+            gap = ExponentialCurveGap(att);
+        } catch (const RuntimeError&) {
+            gap = 0.0;  // no exponential through this middle score
+        }
+    }
+    lblCurveGap->setText(gap > kShownGap ? tr("The exported curve strays up to %1 from the judged exponential.")
+                                                .arg(fmt::formatNumber(gap * w.MaxVal, QStringLiteral("0.0###")))
+                                         : QString());
 }
 
 void frmKelMidPoint::onPrint() {

@@ -62,7 +62,10 @@ private:
     void showMiddle(int position);
     void sliderMouseDown();
     void sliderMouseUp();
+    // Puts the slider on the function's middle score and writes the labels
+    // under it.
     void placeSlider();
+    void showFunctionLabels();
 
     // The four parameter writers ("0.000000" texts).
     void WriteLinearParA();
@@ -74,6 +77,8 @@ private:
     QSlider* sldMidVal = nullptr;
     QLabel* lblSliderMin_ = nullptr;
     QLabel* lblSliderMax_ = nullptr;
+    QLabel* lblMidScore = nullptr;   // the function's middle score
+    QLabel* lblCurveGap = nullptr;   // how far the curve strays from the exponential
 
     double middle_ = 0.0;     // the middle score shown
     double step_ = 0.0;       // the score of one slider position

@@ -1,9 +1,12 @@
 // The Midpoint page: the slider's text and judgment with its
 // thresholds, the refusal, the risk attitude and the print.
 #include "TechniqueFixture.h"
+#include "model/ExponentialPoints.h"
+#include "model/Format.h"
 #include "pages/techniques/frmKelMidPoint.h"
 
 #include <QFile>
+#include <QLayout>
 #include <QPrinter>
 #include <QSlider>
 #include <QStyleOptionSlider>
@@ -33,14 +36,16 @@ protected:
     QSlider* slider() const { return child<QSlider>(QStringLiteral("sldMidVal")); }
 
     // The centre of the slider's handle at a position, in slider pixels.
-    QPoint handleAt(int position) const {
+    QPoint handleAt(int position, QStyle::SubControl control = QStyle::SC_SliderHandle) const {
         QStyleOptionSlider option;
         option.initFrom(slider());
         option.orientation = Qt::Horizontal;
         option.minimum = slider()->minimum();
         option.maximum = slider()->maximum();
+        option.tickPosition = slider()->tickPosition();
+        option.tickInterval = slider()->tickInterval();
         option.sliderPosition = option.sliderValue = position;
-        return slider()->style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider()).center();
+        return slider()->style()->subControlRect(QStyle::CC_Slider, &option, control, slider()).center();
     }
 
     // Grabs the handle and drags it towards position `to`; returns the
@@ -54,10 +59,35 @@ protected:
         return slider()->value();
     }
 
+    // Presses the handle, moves the slider to `position` (as a drag's moves
+    // would) and releases it there.
+    void slide(int position) {
+        const QPoint at = handleAt(slider()->value());
+        sendMouse(slider(), QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
+        slider()->setValue(position);
+        sendMouse(slider(), QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+    }
+
     // Sets the slider (as a drag's moves would) and judges that score.
     bool judge(int position) {
         slider()->setValue(position);
         return page->FitMidpoint();
+    }
+
+    // Presses twice in a row as the window system sends a double-click.
+    void doubleClick(QPoint at, Qt::MouseButton button) {
+        for (const QEvent::Type press : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick}) {
+            sendMouse(slider(), press, at, button, button);
+            sendMouse(slider(), QEvent::MouseButtonRelease, at, button, Qt::NoButton);
+        }
+    }
+
+    // The score of the point worth one half: the judged score.
+    static double judgedScore() {
+        for (int k = 0; k < w().SmpSize(0).toInteger(); ++k) {
+            if (w().SmpY(0, k).toDouble() == 0.5) return w().SmpX(0, k).toDouble();
+        }
+        return -1.0;
     }
 
     static WizardData& w() { return wizardData(); }
@@ -115,13 +145,14 @@ TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsLinearNearTheCentre) {
         }
         EXPECT_TRUE(messages.empty());
         EXPECT_EQ(w().VFunType(0).toInteger(), row.outcome == Linear ? 0 : 1);
-        EXPECT_EQ(w().SmpY(0, 2).toDouble(), 0.5);
         if (row.outcome == Linear) {
             EXPECT_EQ(w().VFunParA(0).toString(), QStringLiteral("0.010000"));
             EXPECT_EQ(w().VFunParB(0).toString(), QStringLiteral("0.000000"));
-            EXPECT_EQ(w().SmpX(0, 2).toDouble(), 50.0);
+            EXPECT_EQ(judgedScore(), 50.0);
         } else {
-            EXPECT_EQ(w().SmpX(0, 2).toDouble(), page->middleShown());
+            // The exponential takes all eleven points the record holds.
+            EXPECT_EQ(w().SmpSize(0).toInteger(), 11);
+            EXPECT_EQ(judgedScore(), page->middleShown());
             EXPECT_EQ(w().VFunParA(0).toString().size() - w().VFunParA(0).toString().indexOf('.'), 7);
         }
     }
@@ -147,25 +178,28 @@ TEST_F(MidPointTest, AReleaseJudgesTheMovedSliderAndARefusalKeepsTheFunction) {
     EXPECT_NEAR(middle, reached * 0.05, 1e-9);
     expectEdited(0, kMidPoint);
     EXPECT_EQ(w().ScoreMiddle(0).toDouble(), middle);
-    EXPECT_EQ(w().SmpX(0, 2).toDouble(), middle);
+    EXPECT_EQ(judgedScore(), middle);
+    EXPECT_EQ(child<QLabel>(QStringLiteral("lblMidScore"))->text(),
+              QStringLiteral("Middle score of the function: %1").arg(middle, 0, 'f', 2));
 
     // A drag to the lower end is refused: the curve stays as it was, with
-    // its technique.
+    // its technique, and the slider goes back to its middle score.
     std::vector<double> before;
-    for (int k = 0; k < 5; ++k) before.push_back(w().SmpX(0, k).toDouble());
+    for (int k = 0; k < 11; ++k) before.push_back(w().SmpX(0, k).toDouble());
     const QString parA = w().VFunParA(0).toString();
     drag(0);
     EXPECT_EQ(messages.size(), 1U);
     messages.clear();
-    for (int k = 0; k < 5; ++k) EXPECT_EQ(w().SmpX(0, k).toDouble(), before[static_cast<std::size_t>(k)]);
+    for (int k = 0; k < 11; ++k) EXPECT_EQ(w().SmpX(0, k).toDouble(), before[static_cast<std::size_t>(k)]);
     EXPECT_EQ(w().VFunParA(0).toString(), parA);
     EXPECT_EQ(w().VFunType(0).toInteger(), 1);
+    EXPECT_EQ(slider()->value(), reached);
 
     // The arrow keys judge each step on its own.
     slider()->setValue(600);
     sendKey(slider(), Qt::Key_Right);
     EXPECT_EQ(slider()->value(), 601);
-    EXPECT_EQ(w().SmpX(0, 2).toDouble(), 30.05);
+    EXPECT_EQ(judgedScore(), 30.05);
     EXPECT_TRUE(messages.empty());
 
     // Redrawing on the way to another attribute and back, and Back and Next
@@ -176,6 +210,55 @@ TEST_F(MidPointTest, AReleaseJudgesTheMovedSliderAndARefusalKeepsTheFunction) {
     PrepareWorkingArrays();
     open();
     EXPECT_EQ(w().ScoreMiddle(0).toDouble(), 30.05);
+}
+
+TEST_F(MidPointTest, EveryPressOfADoubleClickIsJudgedAndOnlyTheLeftButtonMoves) {
+    open();
+    page->layout()->activate();
+    const QPoint groove(handleAt(1800).x(), handleAt(1000, QStyle::SC_SliderGroove).y());
+    doubleClick(groove, Qt::MiddleButton);
+    EXPECT_EQ(slider()->value(), 1000);
+    EXPECT_FALSE(w().AttVFDone(0).toBoolean());
+
+    // Each press pages the slider towards the click; each release judges.
+    doubleClick(groove, Qt::LeftButton);
+    ASSERT_GT(slider()->value(), 1000);
+    EXPECT_EQ(w().ScoreMiddle(0).toDouble(), slider()->value() * 0.05);
+    EXPECT_EQ(judgedScore(), slider()->value() * 0.05);
+}
+
+TEST_F(MidPointTest, FinishExportsTheJudgedExponentialAndThePageSaysWhereItCannot) {
+    // Middles judged at 10, 50 and 90 of 0 .. 100: Finish gives the judged
+    // score one half and every score within 0.005 of the exponential. One
+    // judged on a narrower copy of the range lies a twentieth of a hundredth
+    // above the lower end of the curve's range: the curve cannot follow the
+    // exponential that closely, and the page says how far it strays.
+    const struct {
+        int position;
+        double copyMaximum;
+        bool strays;
+    } rows[] = {{200, 100.0, false}, {1000, 100.0, false}, {1800, 100.0, false}, {1, 1.0, true}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.position);
+        SetUp();
+        w().ScoreMaximumCopy(0) = row.copyMaximum;
+        open();
+        slider()->setValue(row.position == 1000 ? 1100 : 1000);
+        slide(row.position);
+        double middle = w().ScoreMiddle(0).toDouble();
+        std::int16_t att = 0;
+        const double rate = MiddleScoreRate(att, middle);
+        const QString strays = QStringLiteral("The exported curve strays up to %1 from the judged exponential.")
+                                   .arg(fmt::formatNumber(ExponentialCurveGap(0), QStringLiteral("0.0###")));
+        EXPECT_EQ(child<QLabel>(QStringLiteral("lblCurveGap"))->text(), row.strays ? strays : QString());
+        for (int a = 0; a < 4; ++a) w().AltPScore(a, 0) = a == 0 ? middle : 33.0 * a;
+        click("cmdFinish");
+        EXPECT_EQ(sink.exportedValues(0, 0).toDouble(), 0.5);
+        for (int a = 1; a < 4 && !row.strays; ++a) {
+            EXPECT_NEAR(sink.exportedValues(a, 0).toDouble(), ExponentialValue(33.0 * a, 0.0, 100.0, rate, false),
+                        0.005);
+        }
+    }
 }
 
 TEST_F(MidPointTest, TheRiskAttitudeFollowsTheJudgedScore) {
@@ -191,10 +274,7 @@ TEST_F(MidPointTest, TheRiskAttitudeFollowsTheJudgedScore) {
         SetUp();
         open(row.att);
         slider()->setValue(row.position == 1000 ? 1100 : 1000);
-        const QPoint at = handleAt(slider()->value());
-        sendMouse(slider(), QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
-        slider()->setValue(row.position);
-        sendMouse(slider(), QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+        slide(row.position);
         for (int k = 0; k < 3; ++k)
             EXPECT_EQ(child<QLabel>(QStringLiteral("lblRiskAttitude_%1").arg(k))->font().bold(), k == row.lit) << k;
     }
