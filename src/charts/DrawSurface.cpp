@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QFontMetricsF>
+#include <QMetaObject>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPalette>
+#include <QRegion>
 #include <QResizeEvent>
 
 #include <algorithm>
@@ -14,7 +16,7 @@ namespace kelmar {
 
 namespace {
 
-// Classic system colour indices (the low byte of &H800000xx) and the palette
+// System colour indices (the low byte of &H800000xx) and the palette
 // roles that play their part on this desktop.
 QColor systemColor(unsigned index, const QPalette& palette) {
     switch (index) {
@@ -49,12 +51,23 @@ QColor systemColor(unsigned index, const QPalette& palette) {
 
 // The font of text printed at pt points, at the design size. Whole pixel
 // sizes keep the metrics identical on every screen.
-QFont designFont(const QFont& base, double pt, bool bold) {
+QFont fontAtDesignSize(const QFont& base, double pt, bool bold) {
     QFont f = base;
     f.setPixelSize(std::max(1, static_cast<int>(std::lround(pt * 96.0 / 72.0))));
     f.setBold(bold);
     return f;
 }
+
+// Pens keep their pixel width at the design size and below, and grow with a
+// larger surface in whole pixels.
+double penWidth(int width, double scale) {
+    const int w = std::max(1, width);
+    return scale > 1.0 ? std::max<double>(w, std::round(w * scale)) : double(w);
+}
+
+// The advances of this many texts are kept per font; more start the list
+// afresh.
+constexpr int kKeptAdvances = 4096;
 
 // Moves a pixel coordinate onto the device pixel grid so that a horizontal
 // or vertical stroke of the given width covers whole pixels.
@@ -84,11 +97,18 @@ OleColor qbColor(int index) {
     return table[std::clamp(index, 0, 15)];
 }
 
+bool DrawPrimitive::operator==(const DrawPrimitive& other) const {
+    return kind == other.kind && p1 == other.p1 && p2 == other.p2 && color == other.color &&
+           fillColor == other.fillColor && width == other.width && text == other.text &&
+           points == other.points && fontPointSize == other.fontPointSize && bold == other.bold;
+}
+
 DrawSurface::DrawSurface(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
 void DrawSurface::setScale(double left, double top, double right, double bottom) {
+    if (left == left_ && top == top_ && right == right_ && bottom == bottom_) return;
     left_ = left;
     top_ = top;
     right_ = right;
@@ -98,11 +118,14 @@ void DrawSurface::setScale(double left, double top, double right, double bottom)
 }
 
 void DrawSurface::setDesignSize(QSize size) {
-    designSize_ = size.isValid() && !size.isEmpty() ? size : QSize(300, 200);
+    const QSize design = size.isValid() && !size.isEmpty() ? size : QSize(300, 200);
+    if (design == designSize_) return;
+    designSize_ = design;
     update();
 }
 
 void DrawSurface::setBackColor(OleColor c) {
+    if (c == backColor_) return;
     backColor_ = c;
     update();
 }
@@ -114,7 +137,75 @@ void DrawSurface::cls() {
     record_.clear();
     curX_ = 0;
     curY_ = 0;
-    update();
+    recordChanged();
+}
+
+void DrawSurface::recordChanged() {
+    if (changesPending_) return;
+    changesPending_ = true;
+    QMetaObject::invokeMethod(this, [this] { markChanges(); }, Qt::QueuedConnection);
+}
+
+void DrawSurface::markChanges() {
+    if (!changesPending_) return;
+    changesPending_ = false;
+    // A hidden surface is painted whole when it is shown.
+    if (isVisible()) update(changedRegion());
+    shown_ = record_;
+}
+
+QRegion DrawSurface::changedRegion() const {
+    // What both records begin and end with stays; in between, primitives
+    // that differ at the same place in both mark their old and new pixels,
+    // and when the middles differ in length, all of them do. A pixel outside
+    // those is covered by the same primitives in the same order as before.
+    const std::vector<DrawPrimitive>& was = shown_;
+    const std::vector<DrawPrimitive>& now = record_;
+    std::size_t head = 0;
+    while (head < was.size() && head < now.size() && was[head] == now[head]) ++head;
+    std::size_t wasEnd = was.size();
+    std::size_t nowEnd = now.size();
+    while (wasEnd > head && nowEnd > head && was[wasEnd - 1] == now[nowEnd - 1]) {
+        --wasEnd;
+        --nowEnd;
+    }
+    const QSizeF size(this->size());
+    QRegion region;
+    auto add = [&](const DrawPrimitive& p) { region += pixelBounds(p, size).toAlignedRect(); };
+    if (wasEnd - head == nowEnd - head) {
+        for (std::size_t i = head; i < wasEnd; ++i) {
+            if (was[i] == now[i]) continue;
+            add(was[i]);
+            add(now[i]);
+        }
+    } else {
+        for (std::size_t i = head; i < wasEnd; ++i) add(was[i]);
+        for (std::size_t i = head; i < nowEnd; ++i) add(now[i]);
+    }
+    return region & rect();
+}
+
+DrawSurface::DesignFont& DrawSurface::designFont(double pointSize, bool bold) const {
+    for (const auto& f : fonts_)
+        if (f->pointSize == pointSize && f->bold == bold) return *f;
+    const QFont font = fontAtDesignSize(this->font(), pointSize, bold);
+    fonts_.push_back(std::make_unique<DesignFont>(
+        DesignFont{pointSize, bold, font, QFontMetricsF(font), QHash<QString, double>()}));
+    return *fonts_.back();
+}
+
+double DrawSurface::advance(DesignFont& font, const QString& text) {
+    const auto kept = font.advances.constFind(text);
+    if (kept != font.advances.constEnd()) return *kept;
+    if (font.advances.size() >= kKeptAdvances) font.advances.clear();
+    const double width = font.metrics.horizontalAdvance(text);
+    font.advances.insert(text, width);
+    return width;
+}
+
+void DrawSurface::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::FontChange) fonts_.clear();
+    QWidget::changeEvent(event);
 }
 
 // The widget's size, or the design size while it has none yet.
@@ -146,22 +237,17 @@ double DrawSurface::fontScale(QSizeF size) const {
     return std::min(size.width() / designSize_.width(), size.height() / designSize_.height());
 }
 
-double DrawSurface::fontPixelSize() const { return designFont(font(), fontPt_, fontBold_).pixelSize(); }
-
 double DrawSurface::textWidth(const QString& s) const {
-    const QFontMetricsF fm(designFont(font(), fontPt_, fontBold_));
-    return fm.horizontalAdvance(s) * std::fabs(right_ - left_) / designSize_.width();
+    return advance(currentFont(), s) * std::fabs(right_ - left_) / designSize_.width();
 }
 
 double DrawSurface::textHeight(const QString& s) const {
     (void)s;
-    const QFontMetricsF fm(designFont(font(), fontPt_, fontBold_));
-    return fm.height() * std::fabs(bottom_ - top_) / designSize_.height();
+    return currentFont().metrics.height() * std::fabs(bottom_ - top_) / designSize_.height();
 }
 
 double DrawSurface::textAscent() const {
-    const QFontMetricsF fm(designFont(font(), fontPt_, fontBold_));
-    return fm.ascent() * std::fabs(bottom_ - top_) / designSize_.height();
+    return currentFont().metrics.ascent() * std::fabs(bottom_ - top_) / designSize_.height();
 }
 
 void DrawSurface::print(const QString& s) {
@@ -177,7 +263,7 @@ void DrawSurface::print(const QString& s) {
     const double step = textHeight(s);
     curX_ = left_;
     curY_ += (bottom_ > top_) ? step : -step;
-    update();
+    recordChanged();
 }
 
 void DrawSurface::line(double x1, double y1, double x2, double y2) { line(x1, y1, x2, y2, foreColor_); }
@@ -192,7 +278,7 @@ void DrawSurface::line(double x1, double y1, double x2, double y2, OleColor c) {
     record_.push_back(p);
     curX_ = x2;
     curY_ = y2;
-    update();
+    recordChanged();
 }
 
 void DrawSurface::lineTo(double x2, double y2, OleColor c) { line(curX_, curY_, x2, y2, c); }
@@ -207,7 +293,7 @@ void DrawSurface::box(double x1, double y1, double x2, double y2, OleColor c) {
     record_.push_back(p);
     curX_ = x2;
     curY_ = y2;
-    update();
+    recordChanged();
 }
 
 void DrawSurface::filledBox(double x1, double y1, double x2, double y2, OleColor c) {
@@ -226,7 +312,7 @@ void DrawSurface::filledBox(double x1, double y1, double x2, double y2, OleColor
     record_.push_back(p);
     curX_ = x2;
     curY_ = y2;
-    update();
+    recordChanged();
 }
 
 void DrawSurface::polygon(const QVector<QPointF>& points, OleColor c) {
@@ -237,7 +323,7 @@ void DrawSurface::polygon(const QVector<QPointF>& points, OleColor c) {
     p.fillColor = c;
     p.width = drawWidth_;
     record_.push_back(p);
-    update();
+    recordChanged();
 }
 
 void DrawSurface::placeChild(QWidget* child, double userLeft, double userTop) {
@@ -290,16 +376,45 @@ void DrawSurface::resizeEvent(QResizeEvent* event) {
     emit resized();
 }
 
-void DrawSurface::replay(QPainter& painter, QSizeF size) const {
+QRectF DrawSurface::pixelBounds(const DrawPrimitive& p, QSizeF size) const {
+    auto px = [this, size](QPointF user) { return mapToPixel(user, size); };
+    const double scale = fontScale(size);
+    // Strokes reach half their width beyond their ends and edges (more at a
+    // mitred or square corner), and snapping to the pixel grid moves them
+    // by up to half a pixel; antialiasing adds a pixel.
+    const double margin = penWidth(p.width, scale) + 2.0;
+    switch (p.kind) {
+    case DrawPrimitive::Kind::Line:
+    case DrawPrimitive::Kind::Box:
+    case DrawPrimitive::Kind::FilledBox:
+        return QRectF(px(p.p1), px(p.p2)).normalized().adjusted(-margin, -margin, margin, margin);
+    case DrawPrimitive::Kind::Polygon: {
+        QPolygonF poly;
+        for (const QPointF& q : p.points) poly << px(q);
+        return poly.boundingRect().adjusted(-2.0, -2.0, 2.0, 2.0);
+    }
+    case DrawPrimitive::Kind::Text: {
+        // The line box as replay places it, widened by half a line each
+        // way for glyphs that reach beyond their advance or the line.
+        DesignFont& font = designFont(p.fontPointSize, p.bold);
+        const double advance = DrawSurface::advance(font, p.text);
+        const double height = font.metrics.height();
+        const double sx = size.width() / designSize_.width();
+        const double sy = size.height() / designSize_.height();
+        const QPointF at = px(p.p1) + QPointF(advance * (sx - scale) / 2.0, height * (sy - scale) / 2.0);
+        const double reach = height * scale / 2.0 + 2.0;
+        return QRectF(at, QSizeF(advance * scale, height * scale)).adjusted(-reach, -reach, reach, reach);
+    }
+    }
+    return QRectF(QPointF(0, 0), size);
+}
+
+void DrawSurface::replay(QPainter& painter, QSizeF size) const { replay(painter, size, nullptr); }
+
+void DrawSurface::replay(QPainter& painter, QSizeF size, const QRegion* area) const {
     const QPalette& pal = palette();
     const double dpr = painter.device() != nullptr ? painter.device()->devicePixelRatioF() : 1.0;
     const double scale = fontScale(size);
-    // Pens keep their pixel width at the design size and below, and grow
-    // with a larger surface in whole pixels.
-    auto penWidth = [scale](int width) {
-        const int w = std::max(1, width);
-        return scale > 1.0 ? std::max<double>(w, std::round(w * scale)) : double(w);
-    };
     auto px = [this, size](QPointF user) { return mapToPixel(user, size); };
 
     painter.save();
@@ -308,7 +423,8 @@ void DrawSurface::replay(QPainter& painter, QSizeF size) const {
     painter.fillRect(QRectF(QPointF(0, 0), size), toQColor(backColor_, pal));
 
     for (const DrawPrimitive& p : record_) {
-        const double width = penWidth(p.width);
+        if (area != nullptr && !area->intersects(pixelBounds(p, size).toAlignedRect())) continue;
+        const double width = penWidth(p.width, scale);
         QPen pen(toQColor(p.color, pal));
         pen.setWidthF(width);
         switch (p.kind) {
@@ -359,9 +475,10 @@ void DrawSurface::replay(QPainter& painter, QSizeF size) const {
             // a whole. It keeps its proportions, so on a surface stretched
             // more in one direction it is centred in the box it was
             // measured to fill.
-            const QFont f = designFont(font(), p.fontPointSize, p.bold);
-            const QFontMetricsF fm(f);
-            const double advance = fm.horizontalAdvance(p.text);
+            DesignFont& font = designFont(p.fontPointSize, p.bold);
+            const QFont& f = font.font;
+            const QFontMetricsF& fm = font.metrics;
+            const double advance = DrawSurface::advance(font, p.text);
             const double sx = size.width() / designSize_.width();
             const double sy = size.height() / designSize_.height();
             const QPointF at = px(p.p1);
@@ -389,9 +506,12 @@ QImage DrawSurface::toImage(QSize size, qreal devicePixelRatio) const {
     return image;
 }
 
-void DrawSurface::paintEvent(QPaintEvent*) {
+void DrawSurface::paintEvent(QPaintEvent* event) {
+    // What is painted now is painted from the record as it stands, so the
+    // changes up to now count as shown.
+    markChanges();
     QPainter painter(this);
-    replay(painter, QSizeF(size()));
+    replay(painter, QSizeF(size()), &event->region());
 }
 
 }  // namespace kelmar

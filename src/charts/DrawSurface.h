@@ -2,9 +2,18 @@
 // it (lines, boxes, polygons, text at a current position) and replays the
 // record on every paint, so a chart stays crisp at any size and tests can
 // assert on the primitives.
+//
+// A chart is redrawn whole after every change, but only the pixels that the
+// change touches are painted again: when the event loop next turns, the new
+// record is compared with the one the window shows, and only the places of
+// the primitives that differ are marked for repainting; a paint replays only
+// the primitives that reach into the area it paints.
 #pragma once
 
 #include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QHash>
 #include <QImage>
 #include <QPalette>
 #include <QPointF>
@@ -14,13 +23,15 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 class QPainter;
+class QRegion;
 
 namespace kelmar {
 
-// Colours as the classic 24-bit blue-green-red values (&H00BBGGRR); values
+// Colours as 24-bit blue-green-red values (&H00BBGGRR); values
 // with the high bit set (&H800000xx) name system colours.
 using OleColor = std::uint32_t;
 
@@ -57,6 +68,8 @@ struct DrawPrimitive {
     QVector<QPointF> points;  // Polygon, user units
     double fontPointSize = 8.0;  // Text, at the design size
     bool bold = false;           // Text
+
+    bool operator==(const DrawPrimitive& other) const;
 };
 
 class DrawSurface : public QWidget {
@@ -95,7 +108,7 @@ public:
     void setCurrentY(double y) { curY_ = y; }
 
     // Clears the record and moves the current position to the origin (0, 0)
-    // of the user scale, as a classic picture box does.
+    // of the user scale, as a picture box does.
     void cls();
     // Text size in user units (always positive). Measured with the font at
     // the design size, so the result does not depend on the widget's size.
@@ -148,12 +161,34 @@ signals:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
+    // The font of text printed at a point size, at the design size, with its
+    // metrics and the advances of the texts measured with it.
+    struct DesignFont {
+        double pointSize;
+        bool bold;
+        QFont font;
+        QFontMetricsF metrics;
+        QHash<QString, double> advances;
+    };
+
     void relayoutChildren();
-    double fontPixelSize() const;
     QSizeF effectiveSize() const;
     QPointF mapToPixel(QPointF user, QSizeF size) const;
+    DesignFont& designFont(double pointSize, bool bold) const;
+    DesignFont& currentFont() const { return designFont(fontPt_, fontBold_); }
+    static double advance(DesignFont& font, const QString& text);
+    // The pixels that p may touch when the surface is size large.
+    QRectF pixelBounds(const DrawPrimitive& p, QSizeF size) const;
+    // Replays the primitives that reach into area (all when it is null).
+    void replay(QPainter& painter, QSizeF size, const QRegion* area) const;
+    // The record has changed: the difference to what the window shows is
+    // marked for repainting when the event loop next turns.
+    void recordChanged();
+    void markChanges();
+    QRegion changedRegion() const;
 
     double left_ = 0, top_ = 0, right_ = 100, bottom_ = 100;
     QSize designSize_{300, 200};
@@ -164,6 +199,9 @@ private:
     bool fontBold_ = false;
     double curX_ = 0, curY_ = 0;
     std::vector<DrawPrimitive> record_;
+    std::vector<DrawPrimitive> shown_;  // the record the window's picture was painted from
+    bool changesPending_ = false;       // record_ may differ from shown_
+    mutable std::vector<std::unique_ptr<DesignFont>> fonts_;
     // A placed child that is deleted drops out of the list by itself.
     struct Placed {
         QPointer<QWidget> child;

@@ -2,7 +2,12 @@
 // children placed in user units.
 #include "charts/DrawSurface.h"
 
+#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QImage>
+#include <QPaintEvent>
+#include <QPixmap>
+#include <QScreen>
 
 #include <gtest/gtest.h>
 
@@ -67,6 +72,56 @@ TEST(DrawSurfaceChildren, FollowTheScaleWhenResizedAndForgetDeletedOnes) {
     EXPECT_DOUBLE_EQ(pic.childLeft(&mark), 50.0);  // kept exactly, not read back from pixels
     EXPECT_DOUBLE_EQ(pic.childTop(&mark), 75.0);
     EXPECT_DOUBLE_EQ(pic.childWidth(&mark), 2.5);
+}
+
+// A chart redrawn whole after a change paints again only where the change
+// shows, and what the window shows then is the picture drawn afresh.
+TEST(DrawSurfaceRepaint, PaintsOnlyWhatARedrawChanged) {
+    if (QGuiApplication::platformName() != QLatin1String("offscreen"))
+        GTEST_SKIP() << "reads the window's picture from the offscreen backing store";
+    struct Painted : QObject {
+        QRegion region;
+        bool eventFilter(QObject*, QEvent* e) override {
+            if (e->type() == QEvent::Paint) region += static_cast<QPaintEvent*>(e)->region();
+            return false;
+        }
+    } painted;
+    DrawSurface pic;
+    pic.resize(300, 200);
+    pic.setScale(0, 100, 100, 0);
+    auto draw = [&pic](double lineY, const QString& title, bool box) {
+        pic.cls();
+        pic.setBackColor(ole::White);
+        for (int i = 0; i <= 10; ++i) pic.line(i * 10.0, 0, i * 10.0, 100, ole::ButtonFace);
+        pic.line(0, lineY, 100, lineY + 10, qbColor(9));
+        pic.setCurrentX(5);
+        pic.setCurrentY(95);
+        pic.print(title);
+        if (box) pic.filledBox(60, 30, 70, 20, 0x0000FF);
+    };
+    // The changes are weighed in one turn of the event loop and painted in
+    // the next.
+    auto nextFrame = [] {
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+    };
+    draw(40, QStringLiteral("Value"), true);
+    pic.show();
+    nextFrame();
+    pic.installEventFilter(&painted);
+
+    draw(40, QStringLiteral("Value"), true);  // the same picture
+    nextFrame();
+    EXPECT_TRUE(painted.region.isEmpty());
+
+    draw(60, QStringLiteral("Values"), false);  // a line moved, a longer title, a box fewer
+    nextFrame();
+    long area = 0;
+    for (const QRect& r : painted.region) area += long(r.width()) * r.height();
+    EXPECT_LT(area, 300 * 200 / 2);
+    EXPECT_FALSE(painted.region.contains(QPoint(150, 190)));  // far from every change
+    const QImage shown = pic.screen()->grabWindow(pic.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(shown, pic.grab().toImage().convertToFormat(QImage::Format_RGB32));
 }
 
 }  // namespace
