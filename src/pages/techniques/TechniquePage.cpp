@@ -374,6 +374,8 @@ void TechniquePage::buildControls() {
     cmdBack = makeButton(this, "cmdBack", QStringLiteral("< &Back"));
     cmdNext = makeButton(this, "cmdNext", QStringLiteral("&Next >"));
     cmdFinish = makeButton(this, "cmdFinish", QStringLiteral("&Finish"));
+    // A technique page is the wizard's last step: Next leads nowhere.
+    cmdNext->setEnabled(false);
     cmdNext->setToolTip(tr("This is the last step: press Finish to return the value functions"));
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(cmdHelp);
