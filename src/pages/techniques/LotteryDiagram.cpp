@@ -2,7 +2,17 @@
 
 #include "model/Format.h"
 
+#include <kelmar/mdKelMain.h>
+
+#include <QEvent>
 #include <QLayout>
+#include <QPainter>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
+
+#include <algorithm>
+#include <utility>
 
 namespace kelmar::lottery {
 
@@ -14,6 +24,16 @@ constexpr OleColor kOlive = 0x008080;
 constexpr OleColor kGuideColor = 0x606060;
 
 QString scoreText(double score) { return fmt::formatNumber(score, QStringLiteral("0.00")); }
+
+QString tickScoreText(double score) {
+    QString text = fmt::formatNumber(score, QStringLiteral("#,##0.###"));
+    return TrimTrailingPoint(text);
+}
+
+// Room kept free between two neighbouring texts on a scale, in the units of
+// their widths.
+constexpr double kTickTextGap = 4.0;
+constexpr double kSliderTextGap = 8.0;
 
 }  // namespace
 
@@ -52,9 +72,23 @@ void DrawScoreBar(DrawSurface& pic, int n, int rows) {
     pic.line(leftEnd, 99.0, rightEnd, 99.0, ole::White);
     pic.line(rightEnd, 88.0, rightEnd, 99.0, ole::White);
     if (n < 2) return;
+    const WizardData& w = wizardData();
+    const double low = w.ScoreMinimum(w.SelAtt).toDouble();
+    const double high = w.ScoreMaximum(w.SelAtt).toDouble();
+    std::vector<QString> scores;
+    double widest = 0.0;
+    for (int i = 0; i < n; ++i) {
+        // The end scores are the range's own, the steps between them equal.
+        const double score = i == n - 1 ? high : low + (high - low) * i / (n - 1);
+        scores.push_back(tickScoreText(score));
+        widest = std::max(widest, pic.textWidth(scores.back()));
+    }
+    const bool all = widest + kTickTextGap < 100.0 / (n - 1);
+    pic.setForeColor(ole::Black);
     for (int i = 0; i < n; ++i) {
         const double x = i * 100.0 / (n - 1);
         pic.line(x, 90.0, x, 97.0, ole::Black);
+        if (all || i == 0 || i == n - 1) PrintCentred(pic, x, kScoreRowTop, scores[static_cast<std::size_t>(i)]);
     }
 }
 
@@ -111,6 +145,94 @@ void PrintGuide(DrawSurface& pic, double y, const QString& text) {
     pic.setCurrentY(y);
     pic.print(text);
     pic.setForeColor(ole::Black);
+}
+
+}  // namespace kelmar::lottery
+
+// --- SliderScale -------------------------------------------------------------
+
+namespace kelmar::lottery {
+
+SliderScale::SliderScale(QSlider& slider, std::function<QString(int)> text, QWidget* parent)
+    : QWidget(parent), slider_(slider), text_(std::move(text)) {
+    slider_.installEventFilter(this);
+    connect(&slider_, &QSlider::rangeChanged, this, [this] { update(); });
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+QSize SliderScale::sizeHint() const { return {slider_.sizeHint().width(), fontMetrics().height() + 2}; }
+
+bool SliderScale::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::Resize:
+    case QEvent::Move:
+    case QEvent::EnabledChange:
+    case QEvent::ToolTipChange:
+    case QEvent::StyleChange:
+        update();
+        break;
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+std::vector<std::pair<int, double>> SliderScale::labelledTicks() const {
+    std::vector<std::pair<int, double>> ticks;
+    const int low = slider_.minimum();
+    const int high = slider_.maximum();
+    if (!slider_.isEnabled() || high <= low) return ticks;
+    // The ticks stand where the style puts the handle's centre for each
+    // position.
+    QStyleOptionSlider option;
+    option.initFrom(&slider_);
+    option.orientation = slider_.orientation();
+    option.minimum = low;
+    option.maximum = high;
+    option.sliderPosition = slider_.sliderPosition();
+    option.sliderValue = slider_.value();
+    option.singleStep = slider_.singleStep();
+    option.pageStep = slider_.pageStep();
+    option.tickPosition = slider_.tickPosition();
+    option.tickInterval = slider_.tickInterval();
+    option.upsideDown = slider_.invertedAppearance() != (slider_.layoutDirection() == Qt::RightToLeft);
+    const QStyle* style = slider_.style();
+    const QRect groove = style->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderGroove, &slider_);
+    const QRect handle = style->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slider_);
+    const int room = groove.width() - handle.width();
+    const double offset = mapFromGlobal(slider_.mapToGlobal(QPoint(0, 0))).x() + groove.x() + handle.width() / 2.0;
+    auto centre = [&](int position) {
+        return offset + QStyle::sliderPositionFromValue(low, high, position, room, option.upsideDown);
+    };
+
+    // Every position, or every other, or every fifth ... : the smallest step
+    // that divides the range and keeps the widest text clear of its
+    // neighbours; the ends always.
+    int widest = 0;
+    for (int v = low; v <= high; ++v) widest = std::max(widest, fontMetrics().horizontalAdvance(text_(v)));
+    const double spacing = room > 0 ? static_cast<double>(room) / (high - low) : 0.0;
+    int step = high - low;
+    for (int s = 1; s < high - low; ++s) {
+        if ((high - low) % s == 0 && widest + kSliderTextGap <= s * spacing) {
+            step = s;
+            break;
+        }
+    }
+    for (int v = low; v <= high; v += step) ticks.emplace_back(v, centre(v));
+    return ticks;
+}
+
+void SliderScale::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    const int height = fontMetrics().height();
+    for (const auto& [position, x] : labelledTicks()) {
+        const QString text = text_(position);
+        const double width = fontMetrics().horizontalAdvance(text);
+        // Texts at the ends stay inside the widget.
+        const double left = std::clamp(x - width / 2.0, 0.0, std::max(0.0, this->width() - width));
+        painter.drawText(QRectF(left, 1.0, width, height), Qt::AlignCenter, text);
+    }
 }
 
 }  // namespace kelmar::lottery

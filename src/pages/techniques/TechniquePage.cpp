@@ -574,14 +574,12 @@ double TechniquePage::dragPosition(int index, QPointF pos) const {
 
 double TechniquePage::markPosition(int index) const { return markLeft(index) + markWidth(index) / 2.0; }
 
-int TechniquePage::crossedNeighbour(int index, double x, int below, int above) const {
-    if (below < 0) below = index - 1;
-    if (above < 0) above = index + 1;
+int TechniquePage::crossedNeighbour(int index, double x) const {
     const double here = markPosition(index);
-    const double lower = markLeft(below) + markWidth(below);
-    const double upper = markLeft(above) - markWidth(index);
-    if (x < lower && (x < here || x <= markPosition(below))) return below;
-    if (x > upper && (x > here || x >= markPosition(above))) return above;
+    const double lower = markLeft(index - 1) + markWidth(index - 1);
+    const double upper = markLeft(index + 1) - markWidth(index);
+    if (x < lower && (x < here || x <= markPosition(index - 1))) return index - 1;
+    if (x > upper && (x > here || x >= markPosition(index + 1))) return index + 1;
     return -1;
 }
 

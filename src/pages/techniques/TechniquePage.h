@@ -264,9 +264,8 @@ protected:
     // The neighbour (index - 1 or index + 1) that mark index would run
     // into at x, or -1. A mark keeps a mark's width clear of its
     // neighbours; one that lies closer already may still move away from
-    // the neighbour it is near, but never onto or past it. Pages that let
-    // marks pass some neighbours name the two that bound the move.
-    int crossedNeighbour(int index, double x, int below = -1, int above = -1) const;
+    // the neighbour it is near, but never onto or past it.
+    int crossedNeighbour(int index, double x) const;
     // Size of one chart unit in pixels (the scale factor f).
     double scaleFactor() const;
     // Adds a page's own widget under the rating chart in the upper frame.

@@ -49,7 +49,24 @@ frmKelVarP::frmKelVarP(QWidget* parent)
     cmdNextJudgment->setToolTip(tr("Judge the next score up with the slider"));
     auto* sliderLayout = new QHBoxLayout(frameProbability);
     sliderLayout->setContentsMargins(8, 4, 8, 4);
-    sliderLayout->addWidget(sldProbability, 1);
+    // Under the slider, the probability of each position for the point
+    // being judged.
+    auto* scale = new lottery::SliderScale(
+        *sldProbability,
+        [this](int position) {
+            std::int16_t att = wizardData().SelAtt;
+            std::int16_t base = baseNeighbour_;
+            float step = ProbStep;
+            std::int16_t at = static_cast<std::int16_t>(position);
+            return probabilityText(static_cast<double>(JudgedProbability(att, base, step, at)));
+        },
+        frameProbability);
+    scale->setObjectName(QStringLiteral("sldProbabilityScale"));
+    auto* sliderColumn = new QVBoxLayout;
+    sliderColumn->setSpacing(0);
+    sliderColumn->addWidget(sldProbability);
+    sliderColumn->addWidget(scale);
+    sliderLayout->addLayout(sliderColumn, 1);
     sliderLayout->addWidget(cmdNextJudgment);
     addToUpperFrame(frameProbability);
     addJudgmentNote();
