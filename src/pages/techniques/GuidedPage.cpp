@@ -30,8 +30,16 @@ bool GuidedPage::moveScore(int index, double x) {
     const bool dragging = leftDown_ && dragIndex_ == index &&
                           pressJudged_.size() == static_cast<std::size_t>(sampleSize());
     const std::vector<bool> judged = dragging ? pressJudged_ : JudgedPoints(att);
+    // Half a mark's width clear of the judged marks around it, so that a
+    // judged mark is never hidden; a mark already closer may still move away.
     const JudgedRoom room = RoomBetweenJudged(judged, index);
-    if (const int blocker = crossedNeighbour(index, x, room.lower, room.upper); blocker >= 0) {
+    const double here = markPosition(index);
+    const double clear = markWidth(index) / 2.0;
+    const double below = markPosition(room.lower), above = markPosition(room.upper);
+    int blocker = -1;
+    if (x < below + clear && (x < here || x <= below)) blocker = room.lower;
+    if (x > above - clear && (x > here || x >= above)) blocker = room.upper;
+    if (blocker >= 0) {
         lblRefusal->setText(ScoreRefusal(att, blocker, score));
         return false;
     }

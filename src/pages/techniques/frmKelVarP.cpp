@@ -124,7 +124,7 @@ void frmKelVarP::redraw(float p) {
     const QString guide =
         judgingInnerPoint()
             ? tr("Point %1 of %2, from the lowest score up: slide until the sure score and the "
-                 "lottery are equally good, then let go; Next judgment moves on.")
+                 "lottery are equally good, then let go.")
                   .arg(JudgedPoint)
                   .arg(n - 2)
             : tr("The end points are fixed: press an inner mark to judge its score.");

@@ -74,7 +74,7 @@ TYPED_TEST(ScoreAxisPages, AMovePastAJudgedPointLeavesEverythingAsItWas) {
         return s;
     };
     const auto before = state();
-    for (const auto& [point, target] : {std::pair{1, 60.0}, {1, 80.0}, {3, 59.0}, {3, 99.0}}) {
+    for (const auto& [point, target] : {std::pair{1, 60.0}, {1, 80.0}, {3, 60.0}, {3, 100.0}}) {
         SCOPED_TRACE(target);
         this->drag(point, target);
         EXPECT_EQ(state(), before);
