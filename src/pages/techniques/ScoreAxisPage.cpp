@@ -251,7 +251,12 @@ double ScoreAxisPage::exactQuantity(int index) const {
 
 QString ScoreAxisPage::exactCaption() const { return tr("Exact score:"); }
 
-QString ScoreAxisPage::moveToExact(int index, double typed) { return judgeScore(index, typed).reason; }
+QString ScoreAxisPage::moveToExact(int index, double typed) {
+    // The reason stands beside the typed number, once.
+    const JudgmentResult result = judgeScore(index, typed);
+    if (!result.accepted) lblRefusal->clear();
+    return result.reason;
+}
 
 JudgmentResult ScoreAxisPage::judgeScore(int index, double score) {
     const JudgmentResult result = placeTypedScore(index, score);

@@ -5,6 +5,7 @@
 #include "charts/mdVFGraphs.h"
 #include "model/Arith.h"
 #include "model/Format.h"
+#include "model/JudgedPoints.h"
 #include "pages/common/Ui.h"
 
 #include <kelmar/mdKelMain.h>
@@ -272,6 +273,7 @@ void TechniquePage::buildControls() {
     lblExact = makeLabel(Frame1, "lblExact", QString());
     txtExact = new QLineEdit(Frame1);
     txtExact->setObjectName(QStringLiteral("txtExact"));
+    txtExact->setMinimumWidth(80);
     txtExact->setMaximumWidth(130);
     txtExact->setToolTip(tr("Type a number and press Enter to set the selected point exactly"));
     lblExact->setBuddy(txtExact);
@@ -284,9 +286,8 @@ void TechniquePage::buildControls() {
     exact->addStretch(1);
     exact->addWidget(lblExact);
     exact->addWidget(txtExact);
-    exact->addSpacing(12);
     choices->addLayout(exact, 0, 2);
-    choices->addWidget(lblExactNote, 1, 2);
+    choices->addWidget(lblExactNote, 2, 0, 1, 5);
     choices->setColumnStretch(2, 1);
     upper->addLayout(choices);
 
@@ -350,17 +351,21 @@ void TechniquePage::buildControls() {
     side->addWidget(cmdCUFPrint);
     side->addStretch(1);
 
-    // Under the buttons: the words on answers that disagree, in room the
-    // column has to spare, so that the value chart keeps its size.
+    // Under the buttons, where a turn back is told, in room the column has
+    // to spare, so that the value chart keeps its size; the lottery pages'
+    // premiums under their diagram.
+    // The turn-back words keep their room whether they are shown or not:
+    // words that came and went would change the chart's size under a mark
+    // being dragged.
     lblTurnBack = makeLabel(this, "lblTurnBack", QString());
-    lblRiskPremium = makeLabel(this, "lblRiskPremium", QString());
-    for (QLabel* words : {lblTurnBack, lblRiskPremium}) {
-        words->setWordWrap(true);
-        words->setFixedWidth(picPanel->minimumWidth());
-        words->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-        words->hide();
-        side->insertWidget(side->count() - 1, words);
-    }
+    lblTurnBack->setWordWrap(true);
+    lblTurnBack->setFixedSize(picPanel->minimumWidth(), lblTurnBack->fontMetrics().lineSpacing() * 5 + 4);
+    lblTurnBack->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    side->insertWidget(side->count() - 1, lblTurnBack);
+    lblRiskPremium = makeLabel(Frame1, "lblRiskPremium", QString());
+    lblRiskPremium->setWordWrap(true);
+    lblRiskPremium->hide();
+    upper->addWidget(lblRiskPremium);
     QPalette warning = lblTurnBack->palette();
     warning.setColor(QPalette::WindowText, QColor(0xA0, 0x30, 0x10));
     lblTurnBack->setPalette(warning);
@@ -757,6 +762,14 @@ void TechniquePage::afterExact(int index) {
     onMarkReleased(index);
 }
 
+std::vector<int> TechniquePage::judgedLotteries() {
+    const std::vector<bool> judged = JudgedPoints(currentAttribute());
+    std::vector<int> points;
+    for (std::size_t k = 1; k + 1 < judged.size(); ++k)
+        if (judged[k]) points.push_back(static_cast<int>(k));
+    return points;
+}
+
 bool TechniquePage::lotteryPremium(int index, LotteryPremium& premium) const {
     Q_UNUSED(index)
     Q_UNUSED(premium)
@@ -769,7 +782,7 @@ void TechniquePage::showExact() {
     const bool any = index >= 0 && index < sampleSize();
     shownExact_ = any ? fmt::plainNumber(exactQuantity(index)) : QString();
     txtExact->setEnabled(any);
-    txtExact->setPlaceholderText(any ? QString() : tr("select a point"));
+    txtExact->setPlaceholderText(any ? QString() : tr("no point"));
     if (txtExact->text() != shownExact_) txtExact->setText(shownExact_);
     lblExactNote->clear();
     lblExactNote->hide();
@@ -805,7 +818,8 @@ void TechniquePage::applyTypedAnswer() {
         // The move rules may keep the point off the number typed.
         const QString stored = fmt::plainNumber(exactQuantity(index));
         if (exactPoint() == index && stored != fmt::plainNumber(typed))
-            say(tr("Set to %1: a point keeps its place between its neighbours and on the scale.").arg(stored));
+            say(tr("Set to %1, not %2: a point keeps its place between its neighbours and on the scale.")
+                    .arg(stored, fmt::plainNumber(typed)));
     });
 }
 
@@ -822,11 +836,7 @@ void TechniquePage::showConsistency() {
             ? QString()
             : tr("The curve turns back between %1 (shaded): there a higher score is worth %2.")
                   .arg(stretches.join(tr("; between ")), cost ? tr("more") : tr("less"));
-    const auto put = [](QLabel* label, const QString& text) {
-        if (label->text() != text) label->setText(text);
-        label->setVisible(!text.isEmpty());
-    };
-    put(lblTurnBack, turnBack);
+    if (lblTurnBack->text() != turnBack) lblTurnBack->setText(turnBack);
 
     std::vector<LotteryPremium> judged;
     LotteryPremium premium;
@@ -842,11 +852,12 @@ void TechniquePage::showConsistency() {
     LotteryPremium positive, negative;
     if (PremiumsChangeSign(judged, range, positive, negative))
         words += (words.isEmpty() ? QString() : QStringLiteral(" ")) +
-                 tr("The premiums change sign: %1 at the sure score %2 but %3 at %4. Your answers take risk "
-                    "differently across the range: look at these lotteries again.")
+                 tr("The premiums change sign: %1 at the sure score %2 but %3 at %4, so your answers take "
+                    "risk differently across the range.")
                      .arg(score(positive.premium), score(positive.sure), score(negative.premium),
                           score(negative.sure));
-    put(lblRiskPremium, words);
+    if (lblRiskPremium->text() != words) lblRiskPremium->setText(words);
+    lblRiskPremium->setVisible(!words.isEmpty());
 }
 
 // --- Risk attitude -----------------------------------------------------------
@@ -946,6 +957,7 @@ void TechniquePage::refreshPage() {
     cmbAttributes->setCurrentIndex(w.SelAtt < cmbAttributes->count() ? w.SelAtt : -1);
     showSampleSizeEntry();
     clearReadouts();
+    lastLottery_ = -1;
     drawRatingChart();
     drawValueChart();
     ShowRiskAttitude(w.SelAtt);
@@ -979,6 +991,7 @@ void TechniquePage::onSampleSizeChosen(int listIndex) {
     oldSize_ = w.SmpSize(att).toInteger();
     w.SmpSize(att) = Variant(newSize);
     resetMarkPictures(1);
+    lastLottery_ = -1;
     UpdateSamplePoints(att, newSize, oldSize_);
     // The read-outs belonged to a point of the old layout.
     clearReadouts();
@@ -1000,6 +1013,7 @@ void TechniquePage::onLinear() {
             (*cell)(att) = Variant(fmt::formatNumber(parameter(att), QStringLiteral("0.000000")));
     std::int16_t size = w.SmpSize(att).toInteger();
     resetMarkPictures(1);
+    lastLottery_ = -1;
     UpdateSamplePoints(att, size, size);
     drawRatingChart();
     drawValueChart();
