@@ -29,6 +29,10 @@ TEST_F(VarPTest, WorkedExampleFromTheLowerValuedNeighbourOnBothKinds) {
         press(2);
         EXPECT_EQ(outcomes(), c.outcomes);
         EXPECT_FLOAT_EQ(page->ProbStep, 0.039f);
+        // The scale under the slider reads the probabilities of the positions.
+        const auto* scale = child<lottery::SliderScale>(QStringLiteral("sldProbabilityScale"));
+        EXPECT_EQ(scale->labelledTicks().back().first, 10);
+        EXPECT_EQ(scale->tickText(0) + " " + scale->tickText(5) + " " + scale->tickText(10), "0.200 0.395 0.590");
         sendMouse(slider(), QEvent::MouseButtonPress, {2, 2}, Qt::LeftButton, Qt::LeftButton);
         slider()->setValue(0);
         EXPECT_EQ(branches(), (std::array<QString, 2>{"0.200", "0.800"})) << "follows the thumb";
@@ -52,8 +56,13 @@ TEST_F(VarPTest, WorkedExampleFromTheLowerValuedNeighbourOnBothKinds) {
 TEST_F(VarPTest, OnlyALeftReleaseAtAnotherPositionStores) {
     open();
     // The page opens on the first inner point: the lowest score after the
-    // minimum, against the best and the worst score.
+    // minimum, against the best and the worst score. The score bar under
+    // the marks shows its scores.
     EXPECT_EQ(textAt(-1, 34.0), "25.00");
+    QStringList barScores;
+    for (const auto& p : chart()->primitives())
+        if (p.kind == DrawPrimitive::Kind::Text && p.p1.y() == lottery::kScoreRowTop) barScores << p.text;
+    EXPECT_EQ(barScores.join(' '), "0 25 50 75 100");
     EXPECT_EQ(outcomes(), (std::array<QString, 2>{"100.00", "0.00"}));
     press(2);
     // Another button neither moves the thumb nor stores; nor does a release
@@ -97,6 +106,7 @@ TEST_F(VarPTest, EndPointsNeverGetTheSlider) {
     for (int end : {0, 4}) {
         press(end);
         EXPECT_FALSE(slider()->isEnabled());
+        EXPECT_TRUE(child<lottery::SliderScale>(QStringLiteral("sldProbabilityScale"))->labelledTicks().empty());
         slide(7);
         EXPECT_EQ(branches()[0], end == 0 ? "0.000" : "1.000");
     }

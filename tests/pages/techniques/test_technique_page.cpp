@@ -209,7 +209,9 @@ TEST_F(DirectRatingTest, NavigationKeepsThePointsCancelExportsNothingFinishExpor
     open();
     drag(2, 40.0);
     sink.events.clear();
-    // The function view, Print, Next and Help do only their own part.
+    // The function view, Print, Next and Help do only their own part; Next,
+    // which has none on the last step, is disabled.
+    EXPECT_FALSE(child<QPushButton>("cmdNext")->isEnabled());
     int context = 0;
     KelmarDll::setHelpHandler([&](const QString&, int c) { context = c; });
     for (const char* button : {"cmdS", "cmdCUFPrint", "cmdNext", "cmdHelp"}) click(button);
