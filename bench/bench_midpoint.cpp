@@ -62,7 +62,7 @@ void MidpointSliderStep(benchmark::State& state) {
 }
 BENCHMARK(MidpointSliderStep)->Unit(benchmark::kMicrosecond);
 
-// A release at a new position: FitMidpoint with the resampling of eleven
+// A release at a new position: FitMidpoint with the placement of eleven
 // points, the value function chart, the risk attitude and the labels.
 void MidpointRelease(benchmark::State& state) {
     ensureApplication();
@@ -72,25 +72,27 @@ void MidpointRelease(benchmark::State& state) {
     page.show();
     auto* slider = page.findChild<QSlider*>(QStringLiteral("sldMidVal"));
     const QPointF at(slider->width() / 2.0, slider->height() / 2.0);
-    // Steep and gentle curves on either side of the centre.
-    const int positions[4] = {20, 1400, 700, 1985};
+    // Steep and gentle curves on either side of the centre, the steepest
+    // the slider accepts among them.
+    const int positions[6] = {3, 1400, 20, 700, 1989, 200};
     std::size_t step = 0;
     for (auto _ : state) {
         send(slider, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
-        slider->setValue(positions[step++ % 4]);
+        slider->setValue(positions[step++ % 6]);
         send(slider, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
         benchmark::DoNotOptimize(wizardData().SmpX(0, 5).toDouble());
     }
 }
 BENCHMARK(MidpointRelease)->Unit(benchmark::kMicrosecond);
 
-// The exponential's eleven points alone, for a steep and a gentle curve.
+// The exponential's eleven points alone, from the steepest curve to a
+// gentle one (the middle score in thousandths of the 0 .. 10 range).
 void ExponentialResample(benchmark::State& state) {
     fillOneAttribute();
     std::int16_t att = 0;
     double middle = state.range(0) / 1000.0;
     for (auto _ : state) ResampleExponential(att, middle);
 }
-BENCHMARK(ExponentialResample)->Arg(11)->Arg(3000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(ExponentialResample)->Arg(11)->Arg(100)->Arg(1000)->Arg(3000)->Arg(9940)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
