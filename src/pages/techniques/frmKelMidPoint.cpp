@@ -236,8 +236,10 @@ void frmKelMidPoint::judgeMiddle() {
     }
     refreshAttributeList();
     // A refused score, or one that made the function linear, leaves the
-    // slider where the function's middle score is.
+    // slider where the function's middle score is; the typed answer shows
+    // that score too.
     placeSlider();
+    showExact();
 }
 
 bool frmKelMidPoint::unreasonableMiddle(double middle) {

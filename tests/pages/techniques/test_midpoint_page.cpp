@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QLayout>
+#include <QLineEdit>
 #include <QPrinter>
 #include <QSlider>
 #include <QStyleOptionSlider>
@@ -225,6 +226,7 @@ TEST_F(MidPointTest, EveryPressOfADoubleClickIsJudgedAndOnlyTheLeftButtonMoves) 
     ASSERT_GT(slider()->value(), 1000);
     EXPECT_EQ(w().ScoreMiddle(0).toDouble(), slider()->value() * 0.05);
     EXPECT_EQ(judgedScore(), slider()->value() * 0.05);
+    EXPECT_EQ(child<QLineEdit>(QStringLiteral("txtExact"))->text().toDouble(), slider()->value() * 0.05);
 }
 
 TEST_F(MidPointTest, FinishExportsTheJudgedExponentialAndThePageSaysWhereItCannot) {
