@@ -511,7 +511,8 @@ void DrawSurface::paintEvent(QPaintEvent* event) {
     // changes up to now count as shown.
     markChanges();
     QPainter painter(this);
-    replay(painter, QSizeF(size()), &event->region());
+    const QRegion& area = event->region();
+    replay(painter, QSizeF(size()), area.contains(rect()) ? nullptr : &area);
 }
 
 }  // namespace kelmar

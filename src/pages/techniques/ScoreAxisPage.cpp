@@ -61,6 +61,37 @@ void printCentred(DrawSurface& pic, double x, double y, const QString& text) {
     pic.print(text);
 }
 
+// A word-wrapped label that remembers its height at the widths asked for
+// the text it shows: a layout asks for it several times a pass, and a drag
+// step would lay the text out again each time.
+class WrappedLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+    int heightForWidth(int width) const override {
+        if (text() != heightsText_) {
+            heights_.clear();
+            heightsText_ = text();
+        }
+        for (const auto& [w, h] : heights_)
+            if (w == width) return h;
+        const int height = QLabel::heightForWidth(width);
+        if (heights_.size() >= 8) heights_.erase(heights_.begin());
+        heights_.emplace_back(width, height);
+        return height;
+    }
+
+protected:
+    void changeEvent(QEvent* event) override {
+        heights_.clear();  // a new font or style lays the text out anew
+        QLabel::changeEvent(event);
+    }
+
+private:
+    mutable QString heightsText_;
+    mutable std::vector<std::pair<int, int>> heights_;
+};
+
 }  // namespace
 
 ScoreAxisPage::ScoreAxisPage(int pageId, const QString& formName, const QString& title,
@@ -75,7 +106,7 @@ ScoreAxisPage::ScoreAxisPage(int pageId, const QString& formName, const QString&
     auto* row = new QWidget(Frame1);
     auto* rowLayout = new QHBoxLayout(row);
     rowLayout->setContentsMargins(0, 0, 0, 0);
-    lblJudgment = new QLabel(row);
+    lblJudgment = new WrappedLabel(row);
     lblJudgment->setObjectName(QStringLiteral("lblJudgment"));
     lblJudgment->setWordWrap(true);
     lblJudgment->setMinimumHeight(lblJudgment->fontMetrics().lineSpacing() * 3 + 4);
