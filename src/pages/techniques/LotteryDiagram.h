@@ -25,6 +25,7 @@ inline TechniqueFeatures PageFeatures() {
     TechniqueFeatures f;
     f.currentScore = false;
     f.readout = TechniqueFeatures::Readout::None;
+    f.riskPremium = true;
     return f;
 }
 

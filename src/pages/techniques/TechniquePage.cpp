@@ -273,13 +273,17 @@ void TechniquePage::buildControls() {
     lblExact = makeLabel(Frame1, "lblExact", QString());
     txtExact = new QLineEdit(Frame1);
     txtExact->setObjectName(QStringLiteral("txtExact"));
+    // Room for a value with its fifteen digits; longer numbers show from
+    // their first digit.
     txtExact->setMinimumWidth(80);
-    txtExact->setMaximumWidth(130);
+    txtExact->setMaximumWidth(txtExact->fontMetrics().horizontalAdvance(QStringLiteral("0.485094850948509")) + 12);
     txtExact->setToolTip(tr("Type a number and press Enter to set the selected point exactly"));
     lblExact->setBuddy(txtExact);
     lblExactNote = makeLabel(Frame1, "lblExactNote", QString());
     lblExactNote->setWordWrap(true);
-    lblExactNote->hide();
+    // One line kept free for the note, so that the charts do not move
+    // when it comes and goes.
+    lblExactNote->setMinimumHeight(lblExactNote->fontMetrics().lineSpacing());
     // Beside the attribute, in the row every page has, so that the charts
     // keep their size.
     auto* exact = new QHBoxLayout;
@@ -364,7 +368,11 @@ void TechniquePage::buildControls() {
     side->insertWidget(side->count() - 1, lblTurnBack);
     lblRiskPremium = makeLabel(Frame1, "lblRiskPremium", QString());
     lblRiskPremium->setWordWrap(true);
-    lblRiskPremium->hide();
+    lblRiskPremium->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    // The lottery pages keep three lines for the premiums from the start;
+    // the page does not grow under the analyst when the first one is told.
+    lblRiskPremium->setMinimumHeight(lblRiskPremium->fontMetrics().lineSpacing() * 3 + 2);
+    lblRiskPremium->setVisible(f.riskPremium);
     upper->addWidget(lblRiskPremium);
     QPalette warning = lblTurnBack->palette();
     warning.setColor(QPalette::WindowText, QColor(0xA0, 0x30, 0x10));
@@ -783,9 +791,11 @@ void TechniquePage::showExact() {
     shownExact_ = any ? fmt::plainNumber(exactQuantity(index)) : QString();
     txtExact->setEnabled(any);
     txtExact->setPlaceholderText(any ? QString() : tr("no point"));
-    if (txtExact->text() != shownExact_) txtExact->setText(shownExact_);
+    if (txtExact->text() != shownExact_) {
+        txtExact->setText(shownExact_);
+        txtExact->setCursorPosition(0);  // the leading digits in view
+    }
     lblExactNote->clear();
-    lblExactNote->hide();
 }
 
 void TechniquePage::applyTypedAnswer() {
@@ -795,7 +805,6 @@ void TechniquePage::applyTypedAnswer() {
         if (text == shownExact_) return;
         const auto say = [this](const QString& note) {
             lblExactNote->setText(note);
-            lblExactNote->show();
         };
         const int index = exactPoint();
         if (index < 0 || index >= sampleSize()) return say(tr("Select a point first."));
@@ -857,7 +866,6 @@ void TechniquePage::showConsistency() {
                      .arg(score(positive.premium), score(positive.sure), score(negative.premium),
                           score(negative.sure));
     if (lblRiskPremium->text() != words) lblRiskPremium->setText(words);
-    lblRiskPremium->setVisible(!words.isEmpty());
 }
 
 // --- Risk attitude -----------------------------------------------------------

@@ -47,6 +47,7 @@ struct TechniqueFeatures {
     bool currentScore = true;       // Label3 and lblCurScore
     Readout readout = Readout::Value;
     bool marksOnValueChart = false;  // the marks lie on picVFChart (no rating chart)
+    bool riskPremium = false;        // lblRiskPremium, room for the lotteries' premiums
 };
 
 // imgListMark: the two pictures of a point mark, 1 the normal mark and 2
