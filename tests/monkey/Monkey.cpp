@@ -1,14 +1,13 @@
 #include "Monkey.h"
 
+#include "InputKit.h"
+
 #include <QAbstractButton>
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEventLoop>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
@@ -22,18 +21,23 @@
 
 namespace kelmar::monkey {
 
+using test::gesture;
+using test::sendKey;
+using test::sendMouse;
+
 namespace {
 
 const char* const kOptions[8] = {"optMidPoint",    "optDirectRating", "optCurveDrawing",
                                  "optCategoryIdn", "optDiffStandSeq", "optBisection",
                                  "optVarProbability", "optVarCertainty"};
 
+bool named(const QWidget* w, std::initializer_list<const char*> names) {
+    return std::any_of(names.begin(), names.end(), [w](const char* n) { return w->objectName() == QLatin1String(n); });
+}
+
 // The buttons that leave a page or the wizard: pressed less often, so that a
 // visit to a page lasts.
-bool leavesThePage(const QWidget* w) {
-    static const QStringList exits{QStringLiteral("cmdFinish"), QStringLiteral("cmdCancel"), QStringLiteral("cmdBack")};
-    return exits.contains(w->objectName());
-}
+bool leavesThePage(const QWidget* w) { return named(w, {"cmdFinish", "cmdCancel", "cmdBack"}); }
 
 // A mark that the user drags: it shows a moving pointer.
 bool draggable(const QWidget* w) {
@@ -43,9 +47,6 @@ bool draggable(const QWidget* w) {
             shape == Qt::OpenHandCursor || shape == Qt::ClosedHandCursor);
 }
 
-// The key that types `c`: a digit, a letter or a sign of the random texts.
-int keyFor(QChar c) { return c.toUpper().unicode(); }
-
 // The page's id, -1 for the function view and for no page.
 int pageIdOf(const QWidget* page) {
     for (int id = 0; page != nullptr && id <= kSettingsPage; ++id)
@@ -54,16 +55,10 @@ int pageIdOf(const QWidget* page) {
 }
 
 // The lists that show another attribute: choosing one is no judgment.
-bool attributeList(const QWidget* w) {
-    return w->objectName() == QLatin1String("cmbAttributes") || w->objectName() == QLatin1String("cmbSelAtt");
-}
+bool attributeList(const QWidget* w) { return named(w, {"cmbAttributes", "cmbSelAtt"}); }
 
 // The buttons whose click is a judgment.
-bool judges(const QWidget* w) {
-    static const QStringList names{QStringLiteral("cmdLinear"), QStringLiteral("cmdRestore"),
-                                   QStringLiteral("optMaxToMin"), QStringLiteral("optMinToMax")};
-    return names.contains(w->objectName());
-}
+bool judges(const QWidget* w) { return named(w, {"cmdLinear", "cmdRestore", "optMaxToMin", "optMinToMax"}); }
 
 // A key is a judgment unless it only moves the focus or reaches a control
 // that does not judge (a mark moves with the arrow keys only).
@@ -76,17 +71,14 @@ bool keyJudges(const QWidget* w, int key) {
     return true;
 }
 
-void mouse(QWidget* w, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) {
-    QMouseEvent event(type, at, w->mapToGlobal(at), button, held, Qt::NoModifier);
-    QApplication::sendEvent(w, &event);
-}
-
 // A list choice as the analyst makes it.
 void choose(QComboBox* list, int index) {
     QPointer<QComboBox> guard(list);
     list->setCurrentIndex(index);
     if (guard && index >= 0) emit list->activated(index);
 }
+
+void pressReturn(QWidget* w) { sendKey(w, Qt::Key_Return, QStringLiteral("\r")); }
 
 }  // namespace
 
@@ -123,13 +115,10 @@ QString Monkey::run() {
 
 void Monkey::finish(const QString& failure) {
     if (!failure.isEmpty() && failure_.isEmpty()) {
-        QStringList last(recent_.begin(), recent_.end());
-        failure_ = QStringLiteral("event %1: %2\nlast events:\n  %3")
-                       .arg(total_)
-                       .arg(failure, last.join(QStringLiteral("\n  ")));
+        const QStringList last(recent_.begin(), recent_.end());
+        failure_ = QStringLiteral("event %1: %2\nlast events:\n  %3").arg(total_).arg(failure, last.join(QStringLiteral("\n  ")));
     }
-    done_ = true;
-    stopping_ = true;
+    done_ = stopping_ = true;
 }
 
 QWidget* Monkey::frontPage() const {
@@ -144,15 +133,10 @@ bool Monkey::answerMessageBox() {
     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
     if (box == nullptr) return false;
     ++messageBoxes_;
-    const QString text = box->text();
-    if (text.startsWith(QLatin1String("Run-time error")))
-        finish(QStringLiteral("after %1: a run-time error: %2").arg(currentEvent_, text.simplified()));
-    const QList<QAbstractButton*> buttons = box->buttons();
-    if (!buttons.isEmpty()) {
-        buttons.front()->click();
-    } else {
-        box->accept();
-    }
+    if (box->text().startsWith(QLatin1String("Run-time error")))
+        finish(QStringLiteral("after %1: a run-time error: %2").arg(currentEvent_, box->text().simplified()));
+    if (box->buttons().isEmpty()) box->accept();
+    else box->buttons().front()->click();
     return true;
 }
 
@@ -184,11 +168,8 @@ void Monkey::step() {
         // Leave the wizard: the view closes, every page has Cancel.
         auto* cancel = page->findChild<QPushButton*>(QStringLiteral("cmdCancel"));
         begin(page->objectName() + QStringLiteral(": Cancel to end the run"));
-        if (cancel != nullptr && cancel->isVisibleTo(page)) {
-            click(cancel);
-        } else {
-            page->close();
-        }
+        if (cancel != nullptr && cancel->isVisibleTo(page)) click(cancel);
+        else page->close();
         return;
     }
     const QString name = page->objectName();
@@ -241,19 +222,17 @@ void Monkey::settle() {
                          page == kBisection || page == kVariableCertainty;
     for (int att = 0; att < w.AttNum && !p.judgment && failure_.isEmpty(); ++att) {
         const QString change = recordChange(p.expected, now, att);
-        if (change.isEmpty()) continue;
         const bool firstShow = fitting && (att == shown || att == p.alsoShown) &&
                                shown_.count({page, att}) == 0 && pointsChanged(p.before, now, att);
-        if (!firstShow)
+        if (!change.isEmpty() && !firstShow)
             finish(QStringLiteral("after %1 (%2 in front): attribute %3 (%4) changed without a judgment: %5")
                        .arg(p.event, front != nullptr ? front->objectName() : QStringLiteral("no page"))
                        .arg(att)
                        .arg(w.AttName(att).toString(), change));
     }
-    for (int att = 0; att < w.AttNum; ++att) {
-        if (recordChange(p.before, now, att).isEmpty()) continue;
-        for (int t = 0; t < kSettingsPage; ++t) shown_.erase({t, att});
-    }
+    for (int att = 0; att < w.AttNum; ++att)
+        if (!recordChange(p.before, now, att).isEmpty())
+            for (int t = 0; t < kSettingsPage; ++t) shown_.erase({t, att});
     if (page >= 0 && page < kSettingsPage) {
         shown_.insert({page, shown});
         if (p.alsoShown >= 0) shown_.insert({page, p.alsoShown});
@@ -275,20 +254,15 @@ bool Monkey::steer(QWidget* page) {
     const auto named = [page](const char* n) { return page->findChild<QWidget*>(QString::fromLatin1(n)); };
     if (id == -1) {
         // The function view: closed again.
-        QWidget* ok = named("cmdOK");
         begin(name + QStringLiteral(": close"));
-        if (ok != nullptr) {
-            click(ok);
-        } else {
-            page->close();
-        }
+        if (QWidget* ok = named("cmdOK")) click(ok);
+        else page->close();
         return true;
     }
     int panel = 0;
-    for (int i = 0; i < 3; ++i) {
-        QWidget* p = page->findChild<QWidget*>(QStringLiteral("picPanel_%1").arg(i));
-        if (p != nullptr && p->isVisibleTo(page)) panel = i;
-    }
+    for (int i = 0; i < 3; ++i)
+        if (QWidget* p = page->findChild<QWidget*>(QStringLiteral("picPanel_%1").arg(i)); p != nullptr && p->isVisibleTo(page))
+            panel = i;
     // Back from a technique page is followed by Next to the same page.
     if (const int back = std::exchange(returnTo_, -1); back >= 0 && id == kSettingsPage && panel == 2) {
         begin(name + QStringLiteral(": Next back to ") + formName(back));
@@ -307,10 +281,8 @@ bool Monkey::steer(QWidget* page) {
     }
     begin(name + QStringLiteral(": Next on panel %1 towards ").arg(panel) + formName(target_));
     if (panel == 2) {
-        if (auto* tabs = page->findChild<QTabBar*>(QStringLiteral("tsTechniques"))) {
-            const int tab = target_ < 4 ? 0 : 1;
-            clickAt(tabs, tabs->tabRect(tab).center());
-        }
+        if (auto* tabs = page->findChild<QTabBar*>(QStringLiteral("tsTechniques")))
+            gesture(tabs, {tabs->tabRect(target_ < 4 ? 0 : 1).center()});
         if (QWidget* option = named(kOptions[target_])) click(option);
     }
     if (QWidget* next = named("cmdNext")) click(next);
@@ -319,71 +291,70 @@ bool Monkey::steer(QWidget* page) {
 
 void Monkey::randomEvent(QWidget* page) {
     const bool technique = pageIdOf(page) >= 0 && pageIdOf(page) < kSettingsPage;
-    std::vector<QWidget*> buttons, exits, options, tabs, lists, boxes, sliders, marks, charts, keyed;
-    std::vector<QWidget*> pointed, attributes, turns, backs, nexts, exacts;
+    enum Kind { Button, Exit, Option, Tab, List, Box, Slider, Mark, Chart, Key, Close, Hover, Wheel,
+                Jiggle, Attribute, Orientation, BackNext, NextJudgment, Exact, KindCount };
+    std::vector<QWidget*> of[KindCount];  // the widgets each kind of event can reach
+    auto* minToMax = page->findChild<QRadioButton*>(QStringLiteral("optMinToMax"));
     for (QWidget* w : page->findChildren<QWidget*>()) {
         if (w->window() != page || !w->isVisibleTo(page) || !w->isEnabled()) continue;
-        const QString name = w->objectName();
-        if (auto* b = qobject_cast<QPushButton*>(w)) {
+        if (qobject_cast<QPushButton*>(w) != nullptr) {
             // The print button would send the page to the printer.
-            if (name == QLatin1String("cmdCUFPrint")) continue;
-            (leavesThePage(b) ? exits : buttons).push_back(b);
+            if (named(w, {"cmdCUFPrint"})) continue;
+            of[leavesThePage(w) ? Exit : Button].push_back(w);
             // The guided pages' step to the next judgment, pressed often so
             // that judgments land on every point of the order.
-            if (name == QLatin1String("cmdNextJudgment")) nexts.push_back(b);
-            if (technique && name == QLatin1String("cmdBack")) backs.push_back(b);
+            if (named(w, {"cmdNextJudgment"})) of[NextJudgment].push_back(w);
+            if (technique && named(w, {"cmdBack"})) of[BackNext].push_back(w);
         } else if (qobject_cast<QRadioButton*>(w) != nullptr || qobject_cast<QCheckBox*>(w) != nullptr) {
-            options.push_back(w);
+            of[Option].push_back(w);
             // The orientation turned and turned back needs one of the two set.
-            auto* other = page->findChild<QRadioButton*>(QStringLiteral("optMinToMax"));
-            if (name == QLatin1String("optMaxToMin") && other != nullptr &&
-                static_cast<QRadioButton*>(w)->isChecked() != other->isChecked())
-                turns.push_back(w);
+            if (named(w, {"optMaxToMin"}) && minToMax != nullptr &&
+                static_cast<QRadioButton*>(w)->isChecked() != minToMax->isChecked())
+                of[Orientation].push_back(w);
         } else if (qobject_cast<QTabBar*>(w) != nullptr) {
-            tabs.push_back(w);
+            of[Tab].push_back(w);
         } else if (auto* list = qobject_cast<QComboBox*>(w)) {
-            lists.push_back(w);
-            pointed.push_back(w);
-            if (attributeList(w) && list->count() >= 2) attributes.push_back(w);
+            of[List].push_back(w);
+            of[Hover].push_back(w);
+            if (attributeList(w) && list->count() >= 2) of[Attribute].push_back(w);
         } else if (auto* e = qobject_cast<QLineEdit*>(w); e != nullptr && !e->isReadOnly()) {
-            (name == QLatin1String("txtExact") ? exacts : boxes).push_back(w);
+            of[named(w, {"txtExact"}) ? Exact : Box].push_back(w);
         } else if (qobject_cast<QSlider*>(w) != nullptr) {
-            sliders.push_back(w);
-            pointed.push_back(w);
+            of[Slider].push_back(w);
+            of[Hover].push_back(w);
         } else if (draggable(w)) {
-            marks.push_back(w);
-            pointed.push_back(w);
+            of[Mark].push_back(w);
+            of[Hover].push_back(w);
         } else if (w->inherits("kelmar::DrawSurface")) {
-            charts.push_back(w);
-            pointed.push_back(w);
+            of[Chart].push_back(w);
+            of[Hover].push_back(w);
         }
-        if (w->focusPolicy() & Qt::TabFocus) keyed.push_back(w);
+        if (w->focusPolicy() & Qt::TabFocus) of[Key].push_back(w);
     }
-    enum Kind { Button, Exit, Option, Tab, List, Box, Slider, Mark, Chart, Key, Close,
-                Hover, Wheel, Jiggle, Attribute, Orientation, BackNext, NextJudgment, Exact };
-    const struct { Kind kind; double weight; const std::vector<QWidget*>* from; } kinds[] = {
-        {Button, 3, &buttons},   {Exit, 0.3, &exits},       {Option, 2, &options},
-        {Tab, 1, &tabs},         {List, 2, &lists},         {Box, 3, &boxes},
-        {Slider, 2, &sliders},   {Mark, 6, &marks},         {Chart, 1, &charts},
-        {Key, 3, &keyed},        {Close, 0.02, nullptr},    {Hover, 1, &pointed},
-        {Wheel, 1, &pointed},    {Jiggle, 2, &marks},       {Attribute, 1, &attributes},
-        {Orientation, 1, &turns}, {BackNext, 0.4, &backs}, {NextJudgment, 2, &nexts},
-        {Exact, 3, &exacts},
+    of[Wheel] = of[Hover];
+    of[Jiggle] = of[Mark];
+    const std::pair<Kind, double> weights[] = {
+        {Button, 3},   {Exit, 0.3},      {Option, 2},    {Tab, 1},         {List, 2},
+        {Box, 3},      {Slider, 2},      {Mark, 6},      {Chart, 1},       {Key, 3},
+        {Close, 0.02}, {Hover, 1},       {Wheel, 1},     {Jiggle, 2},      {Attribute, 1},
+        {Orientation, 1}, {BackNext, 0.4}, {NextJudgment, 2}, {Exact, 3},
     };
+    // Close needs no widget; any other kind one that it can reach.
+    const auto reachable = [&of](Kind k) { return k == Close || !of[k].empty(); };
     double total = 0;
-    for (const auto& k : kinds)
-        if (k.from == nullptr || !k.from->empty()) total += k.weight;
+    for (const auto& [k, weight] : weights)
+        if (reachable(k)) total += weight;
     double at = uniform(0.0, total);
     Kind kind = Close;
     QWidget* w = page;
-    for (const auto& k : kinds) {
-        if (k.from != nullptr && k.from->empty()) continue;
-        if (at < k.weight) {
-            kind = k.kind;
-            if (k.from != nullptr) w = (*k.from)[static_cast<std::size_t>(pick(static_cast<int>(k.from->size())))];
+    for (const auto& [k, weight] : weights) {
+        if (!reachable(k)) continue;
+        if (at < weight) {
+            kind = k;
+            if (k != Close) w = of[k][static_cast<std::size_t>(pick(static_cast<int>(of[k].size())))];
             break;
         }
-        at -= k.weight;
+        at -= weight;
     }
     // Closing a technique page's window leaves the wizard without a page in
     // front; only the settings page's window is closed.
@@ -412,7 +383,7 @@ void Monkey::randomEvent(QWidget* page) {
         auto* bar = static_cast<QTabBar*>(w);
         const int tab = pick(bar->count());
         begin(where + QStringLiteral(" tab %1").arg(tab));
-        clickAt(bar, bar->tabRect(tab).center());
+        gesture(bar, {bar->tabRect(tab).center()});
         break;
     }
     case List: {
@@ -423,7 +394,7 @@ void Monkey::randomEvent(QWidget* page) {
         choose(list, index);
         // Another attribute fills the score boxes anew; the same one keeps
         // what was typed.
-        if (guard && w->objectName() == QLatin1String("cmbSelAtt") && index != was) rangeTyped_ = false;
+        if (guard && named(w, {"cmbSelAtt"}) && index != was) rangeTyped_ = false;
         break;
     }
     case Exact: {
@@ -436,15 +407,15 @@ void Monkey::randomEvent(QWidget* page) {
                                                    : randomText();
         begin(where + QStringLiteral(" typed \"%1\"").arg(text), true);
         box->selectAll();
-        for (QChar c : text) key(box, keyFor(c), Qt::NoModifier, QString(c));
-        key(box, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
+        test::typeKeys(box, text);
+        if (guard) pressReturn(box);
         break;
     }
     case Box: {
         const QString text = randomText();
         begin(where + QStringLiteral(" typed \"%1\"").arg(text), true);
         rangeTyped_ = true;
-        typeInto(w, text);
+        typeInto(static_cast<QLineEdit*>(w), text);
         break;
     }
     case Slider:
@@ -453,7 +424,7 @@ void Monkey::randomEvent(QWidget* page) {
                                 Qt::Key_Home, Qt::Key_End};
             const int k = keys[pick(6)];
             begin(where + QStringLiteral(" key %1").arg(k, 0, 16));
-            key(w, k);
+            sendKey(w, k);
         } else {
             begin(where + QStringLiteral(" drag"));
             drag(w, Qt::LeftButton);
@@ -481,14 +452,12 @@ void Monkey::randomEvent(QWidget* page) {
         };
         const auto& k = keys[pick(static_cast<int>(std::size(keys)))];
         const double m = uniform(0.0, 1.0);
-        const Qt::KeyboardModifiers mods = m < 0.7 ? Qt::NoModifier
-                                           : m < 0.9 ? Qt::ShiftModifier
-                                                     : Qt::ControlModifier;
+        const Qt::KeyboardModifiers mods = m < 0.7 ? Qt::NoModifier : m < 0.9 ? Qt::ShiftModifier : Qt::ControlModifier;
         begin(where + QStringLiteral(" key %1").arg(k.key, 0, 16),
               qobject_cast<QSlider*>(w) == nullptr && keyJudges(w, k.key));
         // A key in a score box edits the score that Next will take.
         if (qobject_cast<QLineEdit*>(w) != nullptr) rangeTyped_ = true;
-        key(w, k.key, mods, QString::fromLatin1(k.text));
+        sendKey(w, k.key, QString::fromLatin1(k.text), mods);
         break;
     }
     case Close:
@@ -498,22 +467,31 @@ void Monkey::randomEvent(QWidget* page) {
     case Hover:
         begin(where + QStringLiteral(" hover"));
         for (int i = 1 + pick(3); i > 0 && guard; --i)
-            mouse(w, QEvent::MouseMove, QPointF(uniform(0, w->width()), uniform(0, w->height())),
-                  Qt::NoButton, Qt::NoButton);
+            sendMouse(w, QEvent::MouseMove, QPointF(uniform(0, w->width()), uniform(0, w->height())), Qt::NoButton,
+                      Qt::NoButton);
         break;
     case Wheel: {
         const QPointF over(uniform(0, w->width()), uniform(0, w->height()));
         const int delta = chance(0.5) ? 120 : -120;
         begin(where + QStringLiteral(" wheel %1").arg(delta));
-        QWheelEvent wheel(over, w->mapToGlobal(over), QPoint(), QPoint(0, delta), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QWheelEvent wheel(over, w->mapToGlobal(over), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
         QApplication::sendEvent(w, &wheel);
         break;
     }
-    case Jiggle:
+    case Jiggle: {
+        // A press that strays a pixel or three across the mark's scale, which
+        // runs up and down on a mark with the vertical pointer.
         begin(where + QStringLiteral(" press with a jiggle"));
-        jiggle(w);
+        const bool upright = w->cursor().shape() == Qt::SizeVerCursor;
+        std::vector<QPointF> path{QPointF(w->rect().center())};
+        for (int i = pick(3); i > 0; --i) {
+            const double off = (1 + pick(3)) * (chance(0.5) ? 1.0 : -1.0);
+            path.push_back(path.front() + (upright ? QPointF(off, 0) : QPointF(0, off)));
+        }
+        gesture(w, path);
         break;
+    }
     case Attribute: {
         // Another attribute and then the first one again.
         auto* list = static_cast<QComboBox*>(w);
@@ -524,11 +502,10 @@ void Monkey::randomEvent(QWidget* page) {
         pending_->alsoShown = other;
         choose(list, other);
         if (guard) choose(list, first);
-        if (guard && w->objectName() == QLatin1String("cmbSelAtt")) rangeTyped_ = false;
+        if (guard && named(w, {"cmbSelAtt"})) rangeTyped_ = false;
         break;
     }
     case Orientation: {
-        QWidget* minToMax = page->findChild<QWidget*>(QStringLiteral("optMinToMax"));
         QWidget* on = static_cast<QRadioButton*>(w)->isChecked() ? w : minToMax;
         QWidget* off = on == w ? minToMax : w;
         begin(where + QStringLiteral(" orientation %1 and back").arg(off->objectName()));
@@ -541,6 +518,8 @@ void Monkey::randomEvent(QWidget* page) {
         begin(where + QStringLiteral(" Back, to come back with Next"));
         returnTo_ = pageIdOf(page);
         click(w);
+        break;
+    case KindCount:
         break;
     }
     QObject::disconnect(moved);
@@ -570,56 +549,20 @@ void Monkey::afterEvent(const QString& pageName) {
 
 // --- Input ---------------------------------------------------------------------
 
-void Monkey::clickAt(QWidget* w, QPoint at, Qt::MouseButton button) {
-    QPointer<QWidget> guard(w);
-    mouse(w, QEvent::MouseButtonPress, at, button, button);
-    if (guard) mouse(w, QEvent::MouseButtonRelease, at, button, Qt::NoButton);
-}
-
 void Monkey::click(QWidget* w, Qt::MouseButton button) {
     // An option button answers on its mark and caption, which start at its
     // left edge; other buttons anywhere.
     const bool option = qobject_cast<QRadioButton*>(w) != nullptr || qobject_cast<QCheckBox*>(w) != nullptr;
-    clickAt(w, option ? QPoint(6, w->height() / 2) : w->rect().center(), button);
+    gesture(w, {option ? QPointF(6, w->height() / 2) : QPointF(w->rect().center())}, button);
 }
 
 void Monkey::drag(QWidget* w, Qt::MouseButton button) {
-    QPointer<QWidget> guard(w);
     const QRect r = w->rect();
     // Marks are grabbed in their middle, charts and sliders anywhere.
-    QPointF pos = draggable(w) ? QPointF(r.center())
-                               : QPointF(uniform(0, r.width()), uniform(0, r.height()));
-    const QPointF start = pos;
-    mouse(w, QEvent::MouseButtonPress, pos, button, button);
-    const int moves = 1 + pick(4);
-    for (int i = 0; i < moves && guard; ++i) {
-        pos = start + QPointF(uniform(-220, 220), uniform(-20, 20));
-        mouse(w, QEvent::MouseMove, pos, Qt::NoButton, button);
-    }
-    if (guard) mouse(w, QEvent::MouseButtonRelease, pos, button, Qt::NoButton);
-}
-
-void Monkey::jiggle(QWidget* w) {
-    // A press that strays a pixel or three across the mark's scale, which
-    // runs up and down on a mark with the vertical pointer.
-    QPointer<QWidget> guard(w);
-    const bool upright = w->cursor().shape() == Qt::SizeVerCursor;
-    const QPointF start = QPointF(w->rect().center());
-    QPointF pos = start;
-    mouse(w, QEvent::MouseButtonPress, pos, Qt::LeftButton, Qt::LeftButton);
-    for (int i = pick(3); i > 0 && guard; --i) {
-        const double off = (1 + pick(3)) * (chance(0.5) ? 1.0 : -1.0);
-        pos = start + (upright ? QPointF(off, 0) : QPointF(0, off));
-        mouse(w, QEvent::MouseMove, pos, Qt::NoButton, Qt::LeftButton);
-    }
-    if (guard) mouse(w, QEvent::MouseButtonRelease, pos, Qt::LeftButton, Qt::NoButton);
-}
-
-void Monkey::key(QWidget* w, int k, Qt::KeyboardModifiers modifiers, const QString& text) {
-    QPointer<QWidget> guard(w);
-    QKeyEvent press(QEvent::KeyPress, k, modifiers, text), release(QEvent::KeyRelease, k, modifiers, text);
-    QApplication::sendEvent(w, &press);
-    if (guard) QApplication::sendEvent(w, &release);
+    const QPointF start = draggable(w) ? QPointF(r.center()) : QPointF(uniform(0, r.width()), uniform(0, r.height()));
+    std::vector<QPointF> path{start};
+    for (int i = 1 + pick(4); i > 0; --i) path.push_back(start + QPointF(uniform(-220, 220), uniform(-20, 20)));
+    gesture(w, path, button);
 }
 
 QString Monkey::randomText() {
@@ -652,28 +595,20 @@ QString Monkey::randomText() {
     }
 }
 
-void Monkey::typeInto(QWidget* w, const QString& text) {
-    auto* box = static_cast<QLineEdit*>(w);
+void Monkey::typeInto(QLineEdit* box, const QString& text) {
     QPointer<QLineEdit> guard(box);
     box->setFocus(Qt::MouseFocusReason);
-    key(box, Qt::Key_End);
+    sendKey(box, Qt::Key_End);
     // Part of the old text is kept and the new text goes after it; a long
     // text is cleared first, so that typed scores keep to an analyst's
     // sizes (beyond the single-precision range the curves overflow).
     const int length = static_cast<int>(box->text().size());
-    for (int i = length > 8 ? length : pick(length + 1); i > 0 && guard; --i)
-        key(box, Qt::Key_Backspace);
-    for (QChar c : text) {
-        if (!guard) return;
-        key(box, keyFor(c), Qt::NoModifier, QString(c));
-    }
+    for (int i = length > 8 ? length : pick(length + 1); i > 0 && guard; --i) sendKey(box, Qt::Key_Backspace);
+    if (guard) test::typeKeys(box, text);
     if (!guard) return;
     const double end = uniform(0.0, 1.0);
-    if (end < 0.6) {
-        key(box, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
-    } else if (end < 0.8) {
-        key(box, Qt::Key_Tab, Qt::NoModifier, QStringLiteral("\t"));
-    }
+    if (end < 0.6) pressReturn(box);
+    else if (end < 0.8) sendKey(box, Qt::Key_Tab, QStringLiteral("\t"));
 }
 
 }  // namespace kelmar::monkey

@@ -25,6 +25,7 @@
 #include <set>
 
 class QEventLoop;
+class QLineEdit;
 class QWidget;
 
 namespace kelmar::monkey {
@@ -71,12 +72,8 @@ private:
 
     // Input.
     void click(QWidget* w, Qt::MouseButton button = Qt::LeftButton);
-    void clickAt(QWidget* w, QPoint at, Qt::MouseButton button = Qt::LeftButton);
     void drag(QWidget* w, Qt::MouseButton button);
-    void jiggle(QWidget* mark);
-    void key(QWidget* w, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
-             const QString& text = {});
-    void typeInto(QWidget* box, const QString& text);
+    void typeInto(QLineEdit* box, const QString& text);
     QString randomText();
 
     int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng_); }

@@ -1,8 +1,7 @@
 #include "MonkeyHost.h"
 
+#include <algorithm>
 #include <array>
-#include <cmath>
-#include <cstring>
 
 namespace kelmar::monkey {
 
@@ -147,72 +146,45 @@ QString brokenRule() {
 
 namespace {
 
-constexpr int kCells = 32;  // per attribute: SmpSize, 11 x, 11 y, the nine below
-const char* const kNames[] = {"SmpSize",  "SmpX",     "SmpY",         "VFunType",    "VFTechniqueID",
-                              "VFunParA", "VFunParB", "VFunParC",     "VFunParD",    "ScoreMinimum",
-                              "ScoreMiddle", "ScoreMaximum"};
-using RecordArrays = std::array<const VariantArray*, 12>;  // in the order of kNames
+// Per attribute: SmpSize, SmpX and SmpY 0 .. 10, then the nine after them.
+const char* const kNames[] = {"SmpSize",  "SmpX",     "SmpY",     "VFunType",     "VFTechniqueID", "VFunParA",
+                              "VFunParB", "VFunParC", "VFunParD", "ScoreMinimum", "ScoreMiddle",   "ScoreMaximum"};
+constexpr int kPointCells = 23;  // SmpSize and the points
 
-// A cell that the array does not hold: an array in a cell, which no record has.
-Variant cell(const VariantArray& a, int att, int k = -1) {
+// A cell as its type and its exact value; "no cell" where the array does not
+// hold it (or holds an array there, which no record has).
+QString cellText(const VariantArray& a, int att, int k = -1) {
     if (a.dimensions() != (k < 0 ? 1 : 2) || att < a.lbound(1) || att > a.ubound(1) ||
-        (k >= 0 && (k < a.lbound(2) || k > a.ubound(2))))
-        return Variant(VariantArray());
-    return k < 0 ? a(att) : a(att, k);
+        (k >= 0 && (k < a.lbound(2) || k > a.ubound(2))) || (k < 0 ? a(att) : a(att, k)).isArray())
+        return QStringLiteral("no cell");
+    const Variant& v = k < 0 ? a(att) : a(att, k);
+    static const char* const types[] = {"Empty", "Boolean", "Integer", "Long", "Single", "Double", "String"};
+    const QString value = v.type() == Variant::Type::Double   ? QString::number(v.toDouble(), 'g', 17)
+                          : v.type() == Variant::Type::Single ? QString::number(v.toSingle(), 'g', 9)
+                                                              : QStringLiteral("\"%1\"").arg(v.toString());
+    return QStringLiteral("%1 %2").arg(QLatin1String(types[static_cast<int>(v.type())]), value);
 }
 
-Record collect(const RecordArrays& r, int attNum) {
+Record collect(const std::array<const VariantArray*, 12>& r, int attNum) {
     Record record;
-    record.cells.reserve(static_cast<std::size_t>(attNum * kCells));
     for (int att = 0; att < attNum; ++att) {
-        record.cells.push_back(cell(*r[0], att));
-        for (int k = 0; k <= 10; ++k) record.cells.push_back(cell(*r[1], att, k));
-        for (int k = 0; k <= 10; ++k) record.cells.push_back(cell(*r[2], att, k));
-        for (std::size_t i = 3; i < r.size(); ++i) record.cells.push_back(cell(*r[i], att));
+        QStringList cells{cellText(*r[0], att)};
+        for (const VariantArray* points : {r[1], r[2]})
+            for (int k = 0; k <= 10; ++k) cells << cellText(*points, att, k);
+        for (std::size_t i = 3; i < r.size(); ++i) cells << cellText(*r[i], att);
+        record.attributes.push_back(cells);
     }
     return record;
 }
 
 QString cellName(int att, int i) {
-    if (i == 0 || i > 22)
+    if (i == 0 || i >= kPointCells)
         return QStringLiteral("%1(%2)").arg(QLatin1String(kNames[i == 0 ? 0 : i - 20])).arg(att);
-    return QStringLiteral("%1(%2, %3)")
-        .arg(QLatin1String(kNames[i <= 11 ? 1 : 2]))
-        .arg(att)
-        .arg((i - 1) % 11);
+    return QStringLiteral("%1(%2, %3)").arg(QLatin1String(i <= 11 ? "SmpX" : "SmpY")).arg(att).arg((i - 1) % 11);
 }
 
-bool sameBits(const Variant& a, const Variant& b) {
-    if (a.type() != b.type()) return false;
-    if (a.type() == Variant::Type::Double) {
-        const double x = a.toDouble(), y = b.toDouble();
-        return std::memcmp(&x, &y, sizeof x) == 0;
-    }
-    if (a.type() == Variant::Type::Single) {
-        const float x = a.toSingle(), y = b.toSingle();
-        return std::memcmp(&x, &y, sizeof x) == 0;
-    }
-    return a.isArray() || a.toString() == b.toString();
-}
-
-QString cellText(const Variant& v) {
-    static const char* const types[] = {"Empty",  "Boolean", "Integer", "Long",
-                                        "Single", "Double",  "String",  "no cell"};
-    const QString value = v.type() == Variant::Type::Double   ? QString::number(v.toDouble(), 'g', 17)
-                          : v.type() == Variant::Type::Single ? QString::number(v.toSingle(), 'g', 9)
-                          : v.isArray()                       ? QString()
-                                                              : QStringLiteral("\"%1\"").arg(v.toString());
-    return QStringLiteral("%1 %2").arg(QLatin1String(types[static_cast<int>(v.type())]), value).trimmed();
-}
-
-// The first differing cell of att among cells from .. to - 1, or -1.
-int firstChange(const Record& before, const Record& after, int att, int from, int to) {
-    for (int i = from; i < to; ++i) {
-        const auto at = static_cast<std::size_t>(att * kCells + i);
-        const bool inBefore = at < before.cells.size(), inAfter = at < after.cells.size();
-        if (inBefore != inAfter || (inBefore && !sameBits(before.cells[at], after.cells[at]))) return i;
-    }
-    return -1;
+QStringList cellsOf(const Record& r, int att) {
+    return att < static_cast<int>(r.attributes.size()) ? r.attributes[static_cast<std::size_t>(att)] : QStringList();
 }
 
 }  // namespace
@@ -231,17 +203,16 @@ Record hostRecord(const Problem& p) {
 }
 
 QString recordChange(const Record& before, const Record& after, int att) {
-    const int i = firstChange(before, after, att, 0, kCells);
-    if (i < 0) return {};
-    const auto at = static_cast<std::size_t>(att * kCells + i);
-    const auto text = [at](const Record& r) {
-        return at < r.cells.size() ? cellText(r.cells[at]) : QStringLiteral("no attribute");
-    };
-    return QStringLiteral("%1 was %2, is %3").arg(cellName(att, i), text(before), text(after));
+    const QStringList a = cellsOf(before, att), b = cellsOf(after, att);
+    const QString none = QStringLiteral("no attribute");
+    for (int i = 0; i < std::max(a.size(), b.size()); ++i)
+        if (a.value(i, none) != b.value(i, none))
+            return QStringLiteral("%1 was %2, is %3").arg(cellName(att, i), a.value(i, none), b.value(i, none));
+    return {};
 }
 
 bool pointsChanged(const Record& before, const Record& after, int att) {
-    return firstChange(before, after, att, 0, 23) >= 0;
+    return cellsOf(before, att).mid(0, kPointCells) != cellsOf(after, att).mid(0, kPointCells);
 }
 
 void MonkeyHost::UnloadKelmar() {

@@ -38,11 +38,12 @@ void transfer(KelmarDll& dll, Problem& p);
 // values within 0 .. 1 and never against the attribute's orientation.
 QString brokenRule();
 
-// Every cell of every attribute's function record, kept to the bit: per
-// attribute SmpSize, SmpX and SmpY 0 .. 10, VFunType, VFTechniqueID,
-// VFunParA .. VFunParD, ScoreMinimum, ScoreMiddle, ScoreMaximum.
+// Every cell of every attribute's function record as its type and exact
+// value: per attribute SmpSize, SmpX and SmpY 0 .. 10, VFunType,
+// VFTechniqueID, VFunParA .. VFunParD, ScoreMinimum, ScoreMiddle,
+// ScoreMaximum.
 struct Record {
-    std::vector<Variant> cells;
+    std::vector<QStringList> attributes;
 };
 Record workingRecord();
 Record hostRecord(const Problem& p);

@@ -1,16 +1,15 @@
 // What the settings and technique page tests share: an event sink that
-// records what a page raises, key presses, the texts on a picture and the
+// records what a page raises, the input kit, the texts on a picture and the
 // page fixture's lookups.
 #pragma once
 
+#include "InputKit.h"
 #include "charts/DrawSurface.h"
 #include "pages/common/KelPage.h"
 #include "pages/common/Ui.h"
 
 #include <kelmar/mdKelMain.h>
 
-#include <QApplication>
-#include <QKeyEvent>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
@@ -52,14 +51,6 @@ public:
     }
     void pageUnloadKelVFS(KelPage&) override { events.emplace_back("UnloadKelVFS"); }
 };
-
-inline void sendKey(QWidget* target, int key, const QString& text = {},
-                    Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QKeyEvent press(QEvent::KeyPress, key, modifiers, text);
-    QApplication::sendEvent(target, &press);
-    QKeyEvent release(QEvent::KeyRelease, key, modifiers, text);
-    QApplication::sendEvent(target, &release);
-}
 
 // All the texts drawn on a picture, in order.
 inline QStringList drawnTexts(const DrawSurface& pic) {

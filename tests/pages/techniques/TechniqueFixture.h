@@ -84,12 +84,6 @@ void openPage(std::unique_ptr<Page>& page, RecordingSink& sink, QSize size) {
     sink.events.clear();
 }
 
-inline void sendMouse(QWidget* w, QEvent::Type type, QPointF pos, Qt::MouseButton button,
-                      Qt::MouseButtons buttons) {
-    QMouseEvent event(type, pos, w->mapToGlobal(pos), button, buttons, Qt::NoModifier);
-    QCoreApplication::sendEvent(w, &event);
-}
-
 // The centre of a mark on its chart, in chart units.
 inline double markCentre(const DrawSurface& chart, const PointMark* m) {
     return chart.childLeft(m) + chart.childWidth(m) / 2.0;
