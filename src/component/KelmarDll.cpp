@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QPointer>
 #include <QScreen>
+#include <QSize>
 #include <QUrl>
 
 #include <algorithm>
@@ -75,6 +76,10 @@ public:
     QPointer<KelPage> mKelVarP;
     QPointer<KelPage> mKelVarC;
     QPointer<KelPage> mKelVFS;
+    // The size the last technique page had when it asked for another page:
+    // the next technique page opens at least as large, so the wizard keeps
+    // the size the analyst gave it.
+    QSize techniquePageSize;
 
     QPointer<KelPage>& slotFor(int frmID) {
         switch (frmID) {
@@ -137,17 +142,26 @@ public:
     void showForm(std::int16_t frmID, float frmLeft, float frmTop, const KelPage* asking = nullptr) {
         if (frmID < 0 || frmID > 8) return;
         QPointer<KelPage>& slot = slotFor(frmID);
+        if (asking != nullptr && isTechniquePage(*asking)) techniquePageSize = asking->size();
         if (slot.isNull()) {
             // A new page places itself when it loads; one that a page of the
             // wizard asked for then takes that page's place, so that the
             // wizard does not jump about the screen from page to page.
             KelPage* page = create(frmID, slot);
-            if (asking != nullptr) takePlaceOf(*page, *asking);
+            if (asking != nullptr) {
+                if (isTechniquePage(*page) && techniquePageSize.isValid())
+                    page->resize(page->size().expandedTo(techniquePageSize));
+                takePlaceOf(*page, *asking);
+            }
             runModal(*page);
             return;
         }
         slot->move(qRound(frmLeft), qRound(frmTop));
         slot->show();
+    }
+
+    static bool isTechniquePage(const KelPage& page) {
+        return page.pageId() >= kMidPoint && page.pageId() <= kVariableCertainty;
     }
 
     // Puts the page's top-left corner where the other page's is, moved in
@@ -175,7 +189,7 @@ public:
     void pageUnloadOwn(KelPage& page) override {
         // Only the technique pages' unload events are received: the
         // settings page's fourth event has no handler in the class.
-        if (page.pageId() < kMidPoint || page.pageId() > kVariableCertainty) return;
+        if (!isTechniquePage(page)) return;
         for (QPointer<KelPage>* slot : allSlots()) {
             if (slot->data() == &page) release(*slot);
         }

@@ -73,6 +73,7 @@ TEST_F(RoutingTest, BackShowsTheSettingsPageInPlaceAndReleasesOnlyTheRaisingPage
     open(kBisection);
     QPointer<FakePage> technique = open(kDiffStandardSequence);
     technique->move(210, 140);
+    technique->resize(900, 800);
     technique->handle([page = technique.data()] {
         const float left = page->pageLeft(), top = page->pageTop();
         page->raiseHideForm(static_cast<std::int16_t>(page->pageId()));
@@ -86,6 +87,10 @@ TEST_F(RoutingTest, BackShowsTheSettingsPageInPlaceAndReleasesOnlyTheRaisingPage
     EXPECT_TRUE(technique.isNull());
     EXPECT_EQ(errorOf([&] { hide(kDiffStandardSequence); }), 91);
     EXPECT_EQ(errorOf([&] { hide(kBisection); }), 0);
+
+    // The next technique page keeps the size the analyst gave the last one.
+    settings->raiseShowForm(kMidPoint, 0, 0);
+    EXPECT_EQ(pageOf(kMidPoint)->size(), QSize(900, 800));
 }
 
 // The raising page is hidden before the host hears of UnloadKelmar; the
