@@ -27,11 +27,7 @@ protected:
     }
 
     QSlider* slider() const { return this->template child<QSlider>(QStringLiteral("sldProbability")); }
-    void press(int i, Qt::MouseButton button = Qt::LeftButton) {
-        const QPointF at(mark(i)->width() / 2.0, 8.0);
-        sendMouse(mark(i), QEvent::MouseButtonPress, at, button, button);
-        sendMouse(mark(i), QEvent::MouseButtonRelease, at, button, Qt::NoButton);
-    }
+    void press(int i, Qt::MouseButton button = Qt::LeftButton) { gesture(mark(i), {{mark(i)->width() / 2.0, 8.0}}, button); }
     // Presses the slider with a button, puts its thumb at position and
     // lets go.
     void slide(int position, Qt::MouseButton button = Qt::LeftButton) {

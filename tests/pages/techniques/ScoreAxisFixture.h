@@ -33,17 +33,14 @@ protected:
     }
 
     void send(int i, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) const {
-        QMouseEvent event(type, at, mark(i)->mapToGlobal(at), button, held, Qt::NoModifier);
-        QCoreApplication::sendEvent(mark(i), &event);
+        sendMouse(mark(i), type, at, button, held);
     }
     void press(int i) const { send(i, QEvent::MouseButtonPress, kGrab, Qt::LeftButton, Qt::LeftButton); }
     // Presses mark i, moves it so that its centre would come to position
     // target on the score bar, and releases it unless told otherwise.
     void drag(int i, double target, bool release = true) const {
-        press(i);
         const QPointF to(kGrab.x() + (target - centreOf(i)) * chart()->width() / 116.0, kGrab.y());
-        send(i, QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
-        if (release) send(i, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+        gesture(mark(i), {kGrab, to}, Qt::LeftButton, release);
     }
     static constexpr QPointF kGrab{5.5, 6.0};  // the middle of the pin's head
 

@@ -12,62 +12,15 @@
 namespace kelmar::test {
 namespace {
 
-TEST_F(DirectRatingTest, OnlyALeftDragMovesAMarkAtAnyChartSize) {
-    for (const QSize size : {QSize(780, 620), QSize(1300, 900)}) {
-        SCOPED_TRACE(size.width());
-        fillProblem();
-        pageSize = size;
-        open();
-        // Another button selects the mark but does not move it; nor does a
-        // move with left and right held.
-        drag(2, 40.0, Qt::RightButton);
-        EXPECT_EQ(mark(2)->picture(), 2);
-        sendMouse(mark(2), QEvent::MouseButtonPress, {5, 8}, Qt::LeftButton, Qt::LeftButton);
-        sendMouse(mark(2), QEvent::MouseMove, {-60, 8}, Qt::NoButton, Qt::LeftButton | Qt::RightButton);
-        EXPECT_DOUBLE_EQ(value(0, 2), 0.5);
-        EXPECT_EQ(funType(), 0);
-        EXPECT_FALSE(done());
-
-        drag(2, 40.0);
-        EXPECT_DOUBLE_EQ(value(0, 2), 0.40);
-        EXPECT_NEAR(centreOf(2), 40.0, 1e-6);
-        EXPECT_TRUE(done());
-        EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(0), QString::fromUtf8(" \u00A4 Price"));
-        EXPECT_EQ(text("lblCurScore") + " " + text("lblCurValue"), "50.00 0.40");
-    }
-}
-
-TEST_F(DirectRatingTest, MovesAreLimitedByTheNeighboursAndTheScale) {
-    open();
-
-    // A drop at 1 counts as 2 on the scale, and the mark shows it there; one
-    // beyond 100 as 100, when the right neighbour lies further out.
-    ASSERT_LT(chart()->childLeft(mark(0)) + chart()->childWidth(mark(0)), 1.0);
-    drag(1, 1.0);
-    EXPECT_DOUBLE_EQ(value(0, 1), 0.02);
-    EXPECT_NEAR(centreOf(1), 2.0, 1e-9);
-    chart()->placeChild(mark(4), 110.0, 84.0);
-    page->MovePoint(3, 101.0);
-    EXPECT_DOUBLE_EQ(value(0, 3), 1.0);
-
-    // The end marks stay where they are.
-    fillProblem();
-    open();
-    drag(0, 30.0);
-    drag(4, 60.0);
-    sendKey(mark(0), Qt::Key_Right, {}, Qt::ShiftModifier);
-    sendKey(mark(4), Qt::Key_Left);
-    EXPECT_DOUBLE_EQ(value(0, 0), 0.0);
-    EXPECT_DOUBLE_EQ(value(0, 4), 1.0);
-    EXPECT_NEAR(centreOf(4), 100.0, 1e-9);
-    EXPECT_EQ(funType(), 0);
-    EXPECT_FALSE(done());
-}
-
-TEST_F(DirectRatingTest, ADragAcrossANeighbourStepsTowardsThePointsOwnSideAndCounts) {
-    // Attribute 0 rises with the score (marks at 0, 25, 50, 75, 100 for the
-    // values 0 .. 1), attribute 1 falls (the same marks for the values 1 .. 0).
+// Attribute 0 rises with the score (marks at 0, 25, 50, 75, 100 for the
+// values 0 .. 1), attribute 1 falls (the same marks for the values 1 .. 0).
+// A drop at 1 counts as 2 on the scale; a drag across a neighbour steps
+// towards the point's own side. At any chart size the mark shows the value
+// and the release is an edit.
+TEST_F(DirectRatingTest, DragsKeepToTheScaleAndStepPastANeighbourTowardsThePointsOwnSide) {
     const struct { const char* what; int att, point; double target, value; } cases[] = {
+        {"benefit, inside", 0, 2, 40, 0.40},
+        {"benefit, below the scale", 0, 1, 1, 0.02},
         {"benefit, past the left neighbour", 0, 2, 10, 0.275},
         {"benefit, past the right neighbour", 0, 2, 90, 0.725},
         {"benefit, past the last mark", 0, 3, 110, 0.975},
@@ -76,19 +29,41 @@ TEST_F(DirectRatingTest, ADragAcrossANeighbourStepsTowardsThePointsOwnSideAndCou
         {"cost, past the last mark", 1, 3, 110, 0.025},
         {"cost, past the first mark", 1, 1, -10, 0.975},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        fillProblem();
-        open(c.att);
-        drag(c.point, c.target);
-        WizardData& w = wizardData();
-        EXPECT_DOUBLE_EQ(value(c.att, c.point), c.value);
-        const double position = c.att == 1 ? 100.0 - 100.0 * c.value : 100.0 * c.value;
-        EXPECT_NEAR(centreOf(c.point), position, 1e-9) << "the mark shows the value";
-        EXPECT_EQ(w.VFunType(c.att).toInteger(), 1) << "the release is an edit";
-        EXPECT_TRUE(w.AttVFDone(c.att).toBoolean());
-        EXPECT_EQ(w.SelPoint, c.point);
+    for (const QSize size : {QSize(780, 620), QSize(1300, 900)}) {
+        for (const auto& c : cases) {
+            SCOPED_TRACE(testing::Message() << c.what << " at " << size.width());
+            fillProblem();
+            pageSize = size;
+            open(c.att);
+            drag(c.point, c.target);
+            EXPECT_DOUBLE_EQ(value(c.att, c.point), c.value);
+            EXPECT_NEAR(centreOf(c.point), c.att == 1 ? 100.0 - 100.0 * c.value : 100.0 * c.value, 1e-6);
+            expectEdited(c.att, kDirectRating, c.point);
+        }
     }
+    EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(1), QString::fromUtf8(" \u00A4 Noise"));
+    EXPECT_EQ(text("lblCurScore") + " " + text("lblCurValue"), "20.00 0.98");
+}
+
+// The end marks stay where they are; another button selects a mark but
+// does not move it, nor does a move with left and right held. One beyond
+// 100 counts as 100 when the right neighbour lies further out.
+TEST_F(DirectRatingTest, OnlyALeftDragOfAnInnerMarkMovesIt) {
+    open();
+    const auto before = functionBits(0);
+    drag(0, 30.0);
+    drag(4, 60.0);
+    sendKey(mark(0), Qt::Key_Right, {}, Qt::ShiftModifier);
+    sendKey(mark(4), Qt::Key_Left);
+    drag(2, 40.0, Qt::RightButton);
+    EXPECT_EQ(mark(2)->picture(), 2);
+    sendMouse(mark(2), QEvent::MouseButtonPress, {5, 8}, Qt::LeftButton, Qt::LeftButton);
+    sendMouse(mark(2), QEvent::MouseMove, {-60, 8}, Qt::NoButton, Qt::LeftButton | Qt::RightButton);
+    EXPECT_EQ(functionBits(0), before);
+    EXPECT_NEAR(centreOf(4), 100.0, 1e-9);
+    chart()->placeChild(mark(4), 110.0, 84.0);
+    page->MovePoint(3, 101.0);
+    EXPECT_DOUBLE_EQ(value(0, 3), 1.0);
 }
 
 TEST_F(DirectRatingTest, LabelsFollowTheValueRange) {

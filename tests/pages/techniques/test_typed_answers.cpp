@@ -55,9 +55,7 @@ protected:
     void press(int i) {
         auto* m = child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i));
         ASSERT_NE(m, nullptr);
-        const QPointF at(m->width() / 2.0, m->height() / 2.0);
-        sendMouse(m, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
-        sendMouse(m, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+        gesture(m, {{m->width() / 2.0, m->height() / 2.0}});
     }
     void type(const QString& text) {
         auto* field = child<QLineEdit>(QStringLiteral("txtExact"));
