@@ -67,23 +67,17 @@ TEST_F(PageFlow, ValueRangeListSetsTheLabelsAndNextTakesItsValue) {
 
 TEST_F(PageFlow, OneTechniqueAcrossBothFramesAndTabsDoNotChangeIt) {
     // By technique id.
-    const struct { const char* name; const char* caption; } options[8] = {
-        {"optMidPoint", "Midpoint Setting"},   {"optDirectRating", "Direct Rating"},
-        {"optCurveDrawing", "Curve Drawing"},  {"optCategoryIdn", "Category Identification"},
-        {"optDiffStandSeq", "Difference Standard Sequence"}, {"optBisection", "Bisection"},
-        {"optVarProbability", "Variable Probability Judgment"},
-        {"optVarCertainty", "Variable Certainty Equivalent Judgment"}};
+    const char* const options[8] = {"optMidPoint",    "optDirectRating", "optCurveDrawing",
+                                    "optCategoryIdn", "optDiffStandSeq", "optBisection",
+                                    "optVarProbability", "optVarCertainty"};
     QStringList pictures;
     for (int id = 0; id < 8; ++id) {
-        SCOPED_TRACE(options[id].name);
-        auto* option = child<QRadioButton>(options[id].name);
+        SCOPED_TRACE(options[id]);
+        auto* option = child<QRadioButton>(options[id]);
         option->click();
         option->click();  // clicking the selected option keeps it selected
         EXPECT_EQ(wizardData().SelTechnique, id);
-        EXPECT_EQ(child<QLabel>("lblSelTechnique")->text(),
-                  QStringLiteral("Selected technique: ") + options[id].caption);
-        for (int other = 0; other < 8; ++other)
-            EXPECT_EQ(child<QRadioButton>(options[other].name)->isChecked(), other == id);
+        for (int other = 0; other < 8; ++other) EXPECT_EQ(child<QRadioButton>(options[other])->isChecked(), other == id);
         pictures << drawnTexts(*child<DrawSurface>("picTechniques")).value(0);
     }
     pictures.removeDuplicates();

@@ -51,8 +51,7 @@ inline void fillProblem(std::int16_t inMaxVal) {
 // Clears the box and types digits and points key by key.
 inline void typeText(QLineEdit* box, const QString& text) {
     box->clear();
-    for (QChar c : text)
-        sendKey(box, c == QLatin1Char('.') ? Qt::Key_Period : Qt::Key_0 + (c.unicode() - '0'), QString(c));
+    typeKeys(box, text);
 }
 
 inline void pressEnter(QLineEdit* box) { sendKey(box, Qt::Key_Return, QStringLiteral("\r")); }

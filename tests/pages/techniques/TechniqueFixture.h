@@ -3,6 +3,7 @@
 #pragma once
 
 #include "../PageTestKit.h"
+#include "component/PageRegistry.h"
 #include "pages/techniques/frmKelDirectRating.h"
 
 #include <QComboBox>
@@ -73,10 +74,11 @@ inline std::vector<std::pair<int, double>> functionBits(int att) {
     return bits;
 }
 
-// Creates and loads a page for the data as it stands, with the sink.
+// Loads a page (a new one of the class unless given) for the data as it
+// stands, with the sink.
 template <class Page>
-void openPage(std::unique_ptr<Page>& page, RecordingSink& sink, QSize size) {
-    page = std::make_unique<Page>();
+void openPage(std::unique_ptr<Page>& page, RecordingSink& sink, QSize size, Page* made = new Page) {
+    page.reset(made);
     page->setEventSink(&sink);
     page->resize(size);
     page->load();
@@ -149,6 +151,19 @@ protected:
         EXPECT_EQ(w.VFTechniqueID(att).toInteger(), technique);
         EXPECT_TRUE(point < 0 || w.SelPoint == point) << w.SelPoint;
     }
+};
+
+// Any technique page, as the component builds it for the technique's id.
+class AnyTechniqueTest : public TechniquePageTest<TechniquePage> {
+protected:
+    void openAs(int technique, int att = 0, QSize size = {780, 740}) {
+        wizardData().SelTechnique = static_cast<std::int16_t>(technique);
+        wizardData().SelAtt = static_cast<std::int16_t>(att);
+        page.reset();
+        openPage(page, sink, size, dynamic_cast<TechniquePage*>(createPage(technique)));
+    }
+    // Presses and lets go of mark i where it stands.
+    void press(int i) const { gesture(mark(i), {{mark(i)->width() / 2.0, mark(i)->height() / 2.0}}); }
 };
 
 class DirectRatingTest : public TechniquePageTest<frmKelDirectRating> {

@@ -4,8 +4,7 @@
 // judgment, and a later answer past a judged point is refused with the
 // reason on the page while the function stays as it was.
 #include "TechniqueFixture.h"
-#include "pages/techniques/frmKelBisection.h"
-#include "pages/techniques/frmKelDiffStdSeq.h"
+#include "pages/techniques/ScoreAxisPage.h"
 #include "pages/techniques/frmKelVarC.h"
 #include "pages/techniques/frmKelVarP.h"
 
@@ -14,26 +13,8 @@
 namespace kelmar::test {
 namespace {
 
-enum class Kind { Bisection, Sequence, Certainty, Probability };
-
-class GuidedTest : public TechniquePageTest<TechniquePage> {
+class GuidedTest : public AnyTechniqueTest {
 protected:
-    void openAs(Kind kind) {
-        const std::int16_t ids[] = {kBisection, kDiffStandardSequence, kVariableCertainty, kVariableProbability};
-        wizardData().SelTechnique = ids[static_cast<int>(kind)];
-        wizardData().SelAtt = 0;
-        page.reset();
-        switch (kind) {
-        case Kind::Bisection: page = std::make_unique<frmKelBisection>(); break;
-        case Kind::Sequence: page = std::make_unique<frmKelDiffStdSeq>(); break;
-        case Kind::Certainty: page = std::make_unique<frmKelVarC>(); break;
-        case Kind::Probability: page = std::make_unique<frmKelVarP>(); break;
-        }
-        page->setEventSink(&sink);
-        page->resize(780, 740);
-        page->load();
-        page->show();
-    }
     int judgedPoint() const {
         if (auto* p = dynamic_cast<ScoreAxisPage*>(page.get())) return p->judgedPoint();
         if (auto* p = dynamic_cast<frmKelVarC*>(page.get())) return p->JudgedPoint;
@@ -51,7 +32,7 @@ TEST_F(GuidedTest, FirstJudgmentTakesAnyAttitudeAndUnjudgedPointsMakeWay) {
     // Price: benefit, 0 .. 100. A score page is answered with a drag to
     // the score, the probability page with a slider position.
     const struct {
-        Kind kind;
+        int technique;
         int sizeIndex;  // in cmbSmpSize
         int first;      // the page's first judgment
         double answer;
@@ -59,22 +40,22 @@ TEST_F(GuidedTest, FirstJudgmentTakesAnyAttitudeAndUnjudgedPointsMakeWay) {
         double refused;             // for the second judgment, past the first
         const char* limit;
     } cases[] = {
-        {Kind::Bisection, 1, 4, 20, {0, 5, 10, 15, 20, 40, 60, 80, 100}, 30, "20.00"},
-        {Kind::Bisection, 1, 4, 80, {0, 20, 40, 60, 80, 85, 90, 95, 100}, 90, "80.00"},
-        {Kind::Certainty, 1, 4, 20, {0, 5, 10, 15, 20, 40, 60, 80, 100}, 30, "20.00"},
-        {Kind::Certainty, 1, 4, 80, {0, 20, 40, 60, 80, 85, 90, 95, 100}, 90, "80.00"},
-        {Kind::Sequence, 0, 1, 10, {0, 10, 40, 70, 100}, 5, "10.00"},
-        {Kind::Sequence, 0, 1, 60, {0, 60, 220 / 3.0, 260 / 3.0, 100}, 50, "60.00"},
-        {Kind::Probability, 0, 1, 10, {0, 0.99, 0.99 + 0.01 / 3, 0.99 + 0.02 / 3, 1}, 0.5, "0.990"},
-        {Kind::Probability, 0, 1, 1, {0, 0.099, 0.099 + 0.901 / 3, 0.099 + 1.802 / 3, 1}, 0.05, "0.099"},
+        {kBisection, 1, 4, 20, {0, 5, 10, 15, 20, 40, 60, 80, 100}, 30, "20.00"},
+        {kBisection, 1, 4, 80, {0, 20, 40, 60, 80, 85, 90, 95, 100}, 90, "80.00"},
+        {kVariableCertainty, 1, 4, 20, {0, 5, 10, 15, 20, 40, 60, 80, 100}, 30, "20.00"},
+        {kVariableCertainty, 1, 4, 80, {0, 20, 40, 60, 80, 85, 90, 95, 100}, 90, "80.00"},
+        {kDiffStandardSequence, 0, 1, 10, {0, 10, 40, 70, 100}, 5, "10.00"},
+        {kDiffStandardSequence, 0, 1, 60, {0, 60, 220 / 3.0, 260 / 3.0, 100}, 50, "60.00"},
+        {kVariableProbability, 0, 1, 10, {0, 0.99, 0.99 + 0.01 / 3, 0.99 + 0.02 / 3, 1}, 0.5, "0.990"},
+        {kVariableProbability, 0, 1, 1, {0, 0.099, 0.099 + 0.901 / 3, 0.099 + 1.802 / 3, 1}, 0.05, "0.099"},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << static_cast<int>(c.kind) << " answer " << c.answer);
+        SCOPED_TRACE(testing::Message() << c.technique << " answer " << c.answer);
         fillProblem();
-        openAs(c.kind);
+        openAs(c.technique);
         choose("cmbSmpSize", c.sizeIndex);
         ASSERT_EQ(judgedPoint(), c.first);
-        const bool byValue = c.kind == Kind::Probability;
+        const bool byValue = c.technique == kVariableProbability;
         if (byValue)
             slide(static_cast<int>(c.answer));
         else
@@ -87,7 +68,7 @@ TEST_F(GuidedTest, FirstJudgmentTakesAnyAttitudeAndUnjudgedPointsMakeWay) {
 
         // Opened again, the page goes on with the next judgment, and the
         // first one still bounds it.
-        openAs(c.kind);
+        openAs(c.technique);
         constexpr int next = 2;  // the second judgment on every page
         EXPECT_EQ(judgedPoint(), next);
         const auto before = functionBits(0);

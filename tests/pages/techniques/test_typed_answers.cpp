@@ -2,71 +2,24 @@
 // the analyst at once when the answers disagree.
 #include "TechniqueFixture.h"
 
-#include "model/Format.h"
-#include "pages/techniques/frmKelBisection.h"
-#include "pages/techniques/frmKelCatIdn.h"
-#include "pages/techniques/frmKelCurveDrawing.h"
-#include "pages/techniques/frmKelDiffStdSeq.h"
-#include "pages/techniques/frmKelMidPoint.h"
-#include "pages/techniques/frmKelVarC.h"
-#include "pages/techniques/frmKelVarP.h"
-
 #include <QFocusEvent>
 #include <QLineEdit>
 
 namespace kelmar::test {
 namespace {
 
-template <class P>
-std::unique_ptr<TechniquePage> make() {
-    return std::make_unique<P>();
-}
-
-class TypedAnswerTest : public ::testing::Test {
+class TypedAnswerTest : public AnyTechniqueTest {
 protected:
-    void SetUp() override {
-        fillProblem();
-        setMessageBoxHook([this](QMessageBox& box) {
-            boxes.push_back(box.text());
-            return QMessageBox::Ok;
-        });
-    }
-    void TearDown() override {
-        page.reset();
-        setMessageBoxHook({});
-        EXPECT_TRUE(boxes.empty()) << "a typed answer opens no message box: " << (boxes.empty() ? "" : boxes.front().toStdString());
-    }
-
-    void open(std::unique_ptr<TechniquePage> (*create)(), int technique, int att, QSize size = {780, 740}) {
-        wizardData().SelTechnique = static_cast<std::int16_t>(technique);
-        wizardData().SelAtt = static_cast<std::int16_t>(att);
+    void open(int technique, int att) {
         for (VariantArray* a : {&wizardData().VFunParA, &wizardData().VFunParB}) a->redim(0, 2);
-        page = create();
-        page->setEventSink(&sink);
-        page->resize(size);
-        page->load();
-        page->show();
-    }
-    template <class T = QWidget>
-    T* child(const QString& name) const {
-        return page->findChild<T*>(name);
-    }
-    // Presses and lets go of mark i where it stands.
-    void press(int i) {
-        auto* m = child<PointMark>(QStringLiteral("picScorePoint_%1").arg(i));
-        ASSERT_NE(m, nullptr);
-        gesture(m, {{m->width() / 2.0, m->height() / 2.0}});
+        openAs(technique, att, technique == kCategoryIdentification ? QSize(820, 820) : QSize(780, 740));
     }
     void type(const QString& text) {
         auto* field = child<QLineEdit>(QStringLiteral("txtExact"));
         field->setText(text);
         sendKey(field, Qt::Key_Return);
     }
-    QString note() const { return child<QLabel>(QStringLiteral("lblExactNote"))->text(); }
-
-    RecordingSink sink;
-    std::vector<QString> boxes;
-    std::unique_ptr<TechniquePage> page;
+    QString note() const { return text("lblExactNote"); }
 };
 
 TEST_F(TypedAnswerTest, ATypedNumberIsJudgedAsADragToItWouldBe) {
@@ -74,7 +27,6 @@ TEST_F(TypedAnswerTest, ATypedNumberIsJudgedAsADragToItWouldBe) {
     enum Cell { Value, Score, Middle };
     const struct {
         const char* what;
-        std::unique_ptr<TechniquePage> (*create)();
         int technique, att, maxVal, point;
         const char* typed;
         Outcome outcome;
@@ -82,45 +34,37 @@ TEST_F(TypedAnswerTest, ATypedNumberIsJudgedAsADragToItWouldBe) {
         double expected;      // the cell afterwards (Stored, Adjusted)
         const char* because;  // a part of the note (Adjusted, Refused)
     } cases[] = {
-        {"rating", make<frmKelDirectRating>, kDirectRating, 0, 1, 2, "0.37", Stored, Value, 0.37, ""},
-        {"rating, cost", make<frmKelDirectRating>, kDirectRating, 1, 1, 2, "0.4", Stored, Value, 0.4, ""},
-        {"rating on 100", make<frmKelDirectRating>, kDirectRating, 0, 100, 2, " 37.5 ", Stored, Value, 0.375, ""},
-        {"rating past a neighbour", make<frmKelDirectRating>, kDirectRating, 0, 1, 2, "0.9", Adjusted, Value, 0.725,
-         "Set to 0.725"},
-        {"rating, an end point", make<frmKelDirectRating>, kDirectRating, 0, 1, 0, "0.1", Refused, Value, 0,
-         "the ends of the range"},
-        {"not a number", make<frmKelDirectRating>, kDirectRating, 0, 1, 2, "0,4", Refused, Value, 0,
-         "\"0,4\" is not a number"},
-        {"curve on 100", make<frmKelCurveDrawing>, kCurveDrawing, 0, 100, 1, "30", Stored, Value, 0.3, ""},
-        {"curve, the top limit", make<frmKelCurveDrawing>, kCurveDrawing, 0, 1, 3, "0.99", Adjusted, Value, 0.98,
-         "Set to 0.98"},
-        {"curve, cost", make<frmKelCurveDrawing>, kCurveDrawing, 1, 1, 1, "0.8", Stored, Value, 0.8, ""},
-        {"category", make<frmKelCatIdn>, kCategoryIdentification, 0, 1, 4, "0.3", Stored, Value, 0.3, ""},
-        {"category on 100, cost", make<frmKelCatIdn>, kCategoryIdentification, 1, 100, 5, "40", Stored, Value, 0.4,
-         ""},
-        {"category past a neighbour", make<frmKelCatIdn>, kCategoryIdentification, 0, 1, 4, "0.6", Adjusted, Value,
-         0.475, "Set to 0.475"},
-        {"bisection", make<frmKelBisection>, kBisection, 0, 1, 1, "30", Stored, Score, 30, ""},
-        {"bisection, cost", make<frmKelBisection>, kBisection, 1, 1, 1, "22.5", Stored, Score, 22.5, ""},
-        {"bisection, beyond the range", make<frmKelBisection>, kBisection, 0, 1, 1, "-5", Refused, Score, 0, ""},
-        {"sequences", make<frmKelDiffStdSeq>, kDiffStandardSequence, 0, 1, 2, "55.5", Stored, Score, 55.5, ""},
-        {"sequences, onto an end", make<frmKelDiffStdSeq>, kDiffStandardSequence, 0, 1, 2, "100", Refused, Score, 0,
-         ""},
-        {"certainty", make<frmKelVarC>, kVariableCertainty, 0, 1, 2, "40", Stored, Score, 40, ""},
-        {"certainty, onto an outcome", make<frmKelVarC>, kVariableCertainty, 0, 1, 2, "100", Refused, Score, 0, ""},
-        {"probability on 100", make<frmKelVarP>, kVariableProbability, 0, 100, 1, "0.3", Stored, Value, 0.3, ""},
-        {"probability, cost", make<frmKelVarP>, kVariableProbability, 1, 1, 3, "0.2", Stored, Value, 0.2, ""},
-        {"probability beyond 1", make<frmKelVarP>, kVariableProbability, 0, 1, 1, "1.2", Refused, Value, 0, ""},
-        {"midpoint", make<frmKelMidPoint>, kMidPoint, 0, 1, 0, "30", Stored, Middle, 30, ""},
-        {"midpoint, cost", make<frmKelMidPoint>, kMidPoint, 1, 100, 0, "20.25", Stored, Middle, 20.25, ""},
-        {"midpoint at an end", make<frmKelMidPoint>, kMidPoint, 0, 1, 0, "0.05", Refused, Middle, 0,
-         "unreasonable value"},
+        {"rating", kDirectRating, 0, 1, 2, "0.37", Stored, Value, 0.37, ""},
+        {"rating, cost", kDirectRating, 1, 1, 2, "0.4", Stored, Value, 0.4, ""},
+        {"rating on 100", kDirectRating, 0, 100, 2, " 37.5 ", Stored, Value, 0.375, ""},
+        {"rating past a neighbour", kDirectRating, 0, 1, 2, "0.9", Adjusted, Value, 0.725, "Set to 0.725"},
+        {"rating, an end point", kDirectRating, 0, 1, 0, "0.1", Refused, Value, 0, "the ends of the range"},
+        {"not a number", kDirectRating, 0, 1, 2, "0,4", Refused, Value, 0, "\"0,4\" is not a number"},
+        {"curve on 100", kCurveDrawing, 0, 100, 1, "30", Stored, Value, 0.3, ""},
+        {"curve, the top limit", kCurveDrawing, 0, 1, 3, "0.99", Adjusted, Value, 0.98, "Set to 0.98"},
+        {"curve, cost", kCurveDrawing, 1, 1, 1, "0.8", Stored, Value, 0.8, ""},
+        {"category", kCategoryIdentification, 0, 1, 4, "0.3", Stored, Value, 0.3, ""},
+        {"category on 100, cost", kCategoryIdentification, 1, 100, 5, "40", Stored, Value, 0.4, ""},
+        {"category past a neighbour", kCategoryIdentification, 0, 1, 4, "0.6", Adjusted, Value, 0.475, "Set to 0.475"},
+        {"bisection", kBisection, 0, 1, 1, "30", Stored, Score, 30, ""},
+        {"bisection, cost", kBisection, 1, 1, 1, "22.5", Stored, Score, 22.5, ""},
+        {"bisection, beyond the range", kBisection, 0, 1, 1, "-5", Refused, Score, 0, ""},
+        {"sequences", kDiffStandardSequence, 0, 1, 2, "55.5", Stored, Score, 55.5, ""},
+        {"sequences, onto an end", kDiffStandardSequence, 0, 1, 2, "100", Refused, Score, 0, ""},
+        {"certainty", kVariableCertainty, 0, 1, 2, "40", Stored, Score, 40, ""},
+        {"certainty, onto an outcome", kVariableCertainty, 0, 1, 2, "100", Refused, Score, 0, ""},
+        {"probability on 100", kVariableProbability, 0, 100, 1, "0.3", Stored, Value, 0.3, ""},
+        {"probability, cost", kVariableProbability, 1, 1, 3, "0.2", Stored, Value, 0.2, ""},
+        {"probability beyond 1", kVariableProbability, 0, 1, 1, "1.2", Refused, Value, 0, ""},
+        {"midpoint", kMidPoint, 0, 1, 0, "30", Stored, Middle, 30, ""},
+        {"midpoint, cost", kMidPoint, 1, 100, 0, "20.25", Stored, Middle, 20.25, ""},
+        {"midpoint at an end", kMidPoint, 0, 1, 0, "0.05", Refused, Middle, 0, "unreasonable value"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         fillProblem();
         wizardData().MaxVal = static_cast<std::int16_t>(c.maxVal);
-        open(c.create, c.technique, c.att, c.technique == kCategoryIdentification ? QSize(820, 820) : QSize(780, 740));
+        open(c.technique, c.att);
         if (c.technique != kMidPoint) press(c.point);
         const auto before = functionBits(c.att);
         type(QString::fromLatin1(c.typed));
@@ -147,7 +91,7 @@ TEST_F(TypedAnswerTest, ATypedNumberIsJudgedAsADragToItWouldBe) {
 }
 
 TEST_F(TypedAnswerTest, TheFieldFollowsTheSelectedMark) {
-    open(make<frmKelDirectRating>, kDirectRating, 0);
+    open(kDirectRating, 0);
     auto* field = child<QLineEdit>(QStringLiteral("txtExact"));
     EXPECT_FALSE(field->isEnabled()) << "no point selected yet";
     press(3);
@@ -163,7 +107,7 @@ TEST_F(TypedAnswerTest, TheFieldFollowsTheSelectedMark) {
 TEST_F(TypedAnswerTest, TheWordsOnAnswersThatDisagreeFollowEachAnswerAtOnce) {
     // In order, yet the curve through 0.1, 0.9 and 0.91 overshoots the close
     // pair and comes back.
-    open(make<frmKelDirectRating>, kDirectRating, 0);
+    open(kDirectRating, 0);
     auto* turnBack = child<QLabel>(QStringLiteral("lblTurnBack"));
     EXPECT_TRUE(turnBack->text().isEmpty());
     const QRect chartBefore = child<QWidget>(QStringLiteral("picVFChart"))->geometry();
@@ -174,13 +118,13 @@ TEST_F(TypedAnswerTest, TheWordsOnAnswersThatDisagreeFollowEachAnswerAtOnce) {
     QCoreApplication::processEvents();
     EXPECT_EQ(child<QWidget>(QStringLiteral("picVFChart"))->geometry(), chartBefore) << "the words take no room from the chart";
     EXPECT_TRUE(turnBack->text().contains("between 59.38 and 65.63")) << turnBack->text().toStdString();
-    child<QPushButton>(QStringLiteral("cmdLinear"))->click();
+    click("cmdLinear");
     EXPECT_TRUE(turnBack->text().isEmpty());
 
     // The whole range's lottery answered risk-averse, the lower half's
     // risk-prone: the premiums change sign.
     fillProblem();
-    open(make<frmKelVarC>, kVariableCertainty, 0);
+    open(kVariableCertainty, 0);
     auto* premium = child<QLabel>(QStringLiteral("lblRiskPremium"));
     press(2);
     type(QStringLiteral("30"));
