@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <cctype>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -184,6 +185,12 @@ QString plainNumber(double v) {
     // never shows; then the shortest fixed form of what is left.
     const double rounded = QString::number(v, 'g', 15).toDouble();
     return QString::number(rounded == 0.0 ? 0.0 : rounded, 'f', QLocale::FloatingPointShortest);
+}
+
+QString plainSingle(float v) {
+    char text[64];
+    const auto end = std::to_chars(text, text + sizeof text, v == 0.0f ? 0.0f : v, std::chars_format::fixed);
+    return QString::fromLatin1(text, static_cast<qsizetype>(end.ptr - text));
 }
 
 bool completeNumber(const QString& text, double& value) {

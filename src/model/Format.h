@@ -34,6 +34,9 @@ double leadingNumber(const QString& text);
 // exponent, at most 15 significant digits and no trailing zeros
 // (0.1 + 0.2 -> "0.3", 73.00000000000001 -> "73", 1e-7 -> "0.0000001").
 QString plainNumber(double v);
+// The same for a value kept as a Single: the fewest digits that give back
+// that Single (0.29999996f -> "0.29999996", not the Double's 14 digits).
+QString plainSingle(float v);
 
 // Reads text that is one complete number and nothing else: blanks around
 // it, an optional sign, digits with at most one decimal point, an optional

@@ -64,6 +64,10 @@ TEST(NumberFormats, PlainNumbersAsAnAnalystTypesThem) {
         {-12.5, "-12.5"}, {1234567.25, "1234567.25"}, {-0.0, "0"}, {2.0 / 3.0, "0.666666666666667"},
     };
     for (const auto& c : cases) EXPECT_EQ(fmt::plainNumber(c.value), c.expected) << c.value;
+    // A Single shows the digits that give it back, not its Double's.
+    EXPECT_EQ(fmt::plainSingle(0.29999995708465576f), "0.29999996");
+    EXPECT_EQ(fmt::plainSingle(0.3f), "0.3");
+    EXPECT_EQ(fmt::plainSingle(-0.0f), "0");
 }
 
 }  // namespace

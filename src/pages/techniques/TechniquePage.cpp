@@ -757,6 +757,8 @@ double TechniquePage::exactQuantity(int index) const {
     return wizardData().SmpY(currentAttribute(), index).toDouble() * valueScale();
 }
 
+QString TechniquePage::exactText(int index) const { return fmt::plainNumber(exactQuantity(index)); }
+
 QString TechniquePage::exactCaption() const { return tr("Exact value:"); }
 
 QString TechniquePage::moveToExact(int index, double typed) {
@@ -788,7 +790,7 @@ void TechniquePage::showExact() {
     if (txtExact == nullptr || !isLoaded()) return;
     const int index = exactPoint();
     const bool any = index >= 0 && index < sampleSize();
-    shownExact_ = any ? fmt::plainNumber(exactQuantity(index)) : QString();
+    shownExact_ = any ? exactText(index) : QString();
     txtExact->setEnabled(any);
     txtExact->setPlaceholderText(any ? QString() : tr("no point"));
     if (txtExact->text() != shownExact_) {
@@ -825,7 +827,7 @@ void TechniquePage::applyTypedAnswer() {
         afterExact(index);
         showExact();
         // The move rules may keep the point off the number typed.
-        const QString stored = fmt::plainNumber(exactQuantity(index));
+        const QString stored = exactText(index);
         if (exactPoint() == index && stored != fmt::plainNumber(typed))
             say(tr("Set to %1, not %2: a point keeps its place between its neighbours and on the scale.")
                     .arg(stored, fmt::plainNumber(typed)));

@@ -188,6 +188,8 @@ protected:
     // The judged quantity of point index as txtExact shows it; by default
     // its value on the value scale MaxVal shows.
     virtual double exactQuantity(int index) const;
+    // The quantity as txtExact shows it.
+    virtual QString exactText(int index) const;
     // The caption of txtExact's label.
     virtual QString exactCaption() const;
     // Moves point index to the typed quantity with the page's own move rule,

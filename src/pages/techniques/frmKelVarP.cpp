@@ -235,6 +235,13 @@ double frmKelVarP::exactQuantity(int index) const {
     return wizardData().SmpY(currentAttribute(), index).toDouble();
 }
 
+QString frmKelVarP::exactText(int index) const {
+    // A probability set with the slider is kept as a Single.
+    const Variant& p = wizardData().SmpY(currentAttribute(), index);
+    return p.type() == Variant::Type::Single ? fmt::plainSingle(static_cast<float>(p.toDouble()))
+                                             : fmt::plainNumber(p.toDouble());
+}
+
 QString frmKelVarP::exactCaption() const { return tr("Exact probability:"); }
 
 QString frmKelVarP::moveToExact(int index, double typed) {

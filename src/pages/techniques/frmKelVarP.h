@@ -49,6 +49,7 @@ protected:
     // A typed answer is the probability of the lottery under judgment.
     int exactPoint() const override { return JudgedPoint; }
     double exactQuantity(int index) const override;
+    QString exactText(int index) const override;
     QString exactCaption() const override;
     QString moveToExact(int index, double typed) override;
     void afterExact(int index) override { Q_UNUSED(index) }
