@@ -93,30 +93,5 @@ TEST_F(CurveDrawingTest, TheCurveAndTheLabelsFollowTheDrag) {
     }
 }
 
-TEST_F(CurveDrawingTest, LinearAndRestorePutTheMarksOnTheChart) {
-    WizardData& w = wizardData();
-    w.InSmpSize(1) = std::int16_t(7);
-    for (int k = 0; k < 7; ++k) {
-        w.InSmpX(1, k) = 10.0 + 40.0 * k / 6.0;
-        w.InSmpY(1, k) = 1.0 - (k / 6.0) * (k / 6.0);
-    }
-    open(1);
-    drag(2, 40.0);
-    drag(3, 20.0);
-    click("cmdLinear");
-    EXPECT_EQ(funType(1), 0);
-    EXPECT_TRUE(text("lblCurValue").isEmpty()) << "no read-out of a point that has moved";
-    for (int k = 0; k < 5; ++k) EXPECT_NEAR(middleOf(k).y(), 100.0 - k * 25.0, 0.5) << k;
-    drag(1, 90.0);
-    click("cmdRestore");
-    EXPECT_FALSE(w.AttVFDone(1).toBoolean());
-    for (int k = 0; k < 11; ++k) {
-        EXPECT_EQ(mark(k)->isHidden(), k >= 7) << k;
-        if (k < 7) {
-            EXPECT_NEAR(middleOf(k).y(), w.InSmpY(1, k).toDouble() * 100.0, 0.5) << k;
-        }
-    }
-}
-
 }  // namespace
 }  // namespace kelmar::test

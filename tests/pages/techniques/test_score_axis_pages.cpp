@@ -135,38 +135,6 @@ TYPED_TEST(ScoreAxisPages, ExportsTheJudgedPointsOnEitherOrientation) {
     }
 }
 
-// A host function of another shape and size arrives on equal value steps,
-// through the host's curve; Linear straightens it, Restore brings the
-// host's back.
-TYPED_TEST(ScoreAxisPages, ForeignFunctionsLinearAndRestoreKeepEqualValueSteps) {
-    WizardData& w = wizardData();
-    const double y[7] = {0, 0.3, 0.55, 0.72, 0.85, 0.94, 1};  // rising fast at first
-    w.SmpSize(2) = w.InSmpSize(2) = std::int16_t(7);
-    w.VFunType(2) = w.InVFunType(2) = std::int16_t(1);
-    w.VFTechniqueID(2) = w.InVFTechniqueID(2) = std::int16_t(kDirectRating);
-    for (int k = 0; k < 7; ++k) {
-        w.SmpX(2, k) = w.InSmpX(2, k) = 1.0 + 4.0 * k / 6.0;
-        w.SmpY(2, k) = w.InSmpY(2, k) = y[k];
-    }
-    this->open(2);
-    const std::int16_t n = this->bisection ? 9 : 7;
-    ASSERT_EQ(w.SmpSize(2).toInteger(), n);
-    this->expectInvariants(2);
-    EXPECT_LT(w.SmpX(2, n / 2).toDouble(), 3.0) << "one half is reached early on this curve";
-
-    this->click("cmdLinear");
-    EXPECT_EQ(w.VFunType(2).toInteger(), 0);
-    this->expectInvariants(2);
-    EXPECT_NEAR(w.SmpX(2, 1).toDouble(), 1.0 + 4.0 / (n - 1), 1e-6);
-    EXPECT_NEAR(this->centreOf(1), 100.0 / (n - 1), 1e-4);
-
-    this->click("cmdRestore");
-    EXPECT_FALSE(w.AttVFDone(2).toBoolean());
-    EXPECT_EQ(w.VFunType(2).toInteger(), 1);
-    this->expectInvariants(2);
-    EXPECT_LT(w.SmpX(2, n / 2).toDouble(), 3.0);
-}
-
 // --- Bisection --------------------------------------------------------------
 
 TEST_F(BisectionTest, OnlyFiveOrNinePoints) {

@@ -129,32 +129,6 @@ TEST_F(DirectRatingTest, ChoosingASampleSize) {
     EXPECT_EQ(mark(0)->picture(), 2);
 }
 
-TEST_F(DirectRatingTest, LinearMakesTheFunctionStraightAndDoneRestoreTakesTheHosts) {
-    WizardData& w = wizardData();
-    w.InSmpY(0, 1) = 0.4;
-    w.InVFunType(0) = std::int16_t(1);
-    open();
-    drag(1, 40.0);
-    drag(2, 60.0);
-    click("cmdLinear");
-    EXPECT_EQ(funType(), 0);
-    EXPECT_TRUE(done());
-    for (int k = 0; k < 5; ++k) EXPECT_NEAR(value(0, k), k / 4.0, 1e-9) << k;
-    EXPECT_NEAR(centreOf(1), 25.0, 1e-6);
-
-    choose("cmbSmpSize", 1);
-    click("cmdRestore");
-    EXPECT_EQ(w.SmpSize(0).toInteger(), 5);
-    EXPECT_DOUBLE_EQ(value(0, 1), 0.4);
-    EXPECT_DOUBLE_EQ(value(0, 2), 0.5);
-    EXPECT_EQ(funType(), 1);
-    EXPECT_EQ(w.VFTechniqueID(0).toInteger(), kMidPoint);
-    EXPECT_FALSE(done());
-    EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(0), "Price");
-    EXPECT_NEAR(centreOf(1), 40.0, 1e-6);
-    EXPECT_TRUE(mark(5)->isHidden());
-}
-
 TEST_F(DirectRatingTest, RestoreKeepsTheEndsOnAWidenedRange) {
     // The host's points lie on 0 .. 100; the range was widened to -20 .. 140.
     const struct { const char* what; int hostType; Variant hostSize; std::vector<double> scores; } cases[] = {

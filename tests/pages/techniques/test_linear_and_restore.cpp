@@ -1,0 +1,82 @@
+// Linear and Restore on every technique page that has them, from a host function of
+// another technique: Linear puts the page's points on the straight line and
+// counts as done; Restore brings the host's curve back (refitted where the
+// page works on its own sizes or on equal value steps) and the host's
+// technique, not done. The marks follow the points either way.
+#include "TechniqueFixture.h"
+
+#include "model/Format.h"
+
+namespace kelmar::test {
+namespace {
+
+using LinearAndRestore = AnyTechniqueTest;
+
+TEST_F(LinearAndRestore, EveryPageStraightensAndRestoresTheHostsCurve) {
+    // Comfort, benefit 1 .. 5: seven points rated by Direct Rating, rising
+    // fast at first.
+    const double y[7] = {0, 0.3, 0.55, 0.72, 0.85, 0.94, 1};
+    // The size the page works on: the host's, or the nearest of its own.
+    const struct { int technique, size; bool equalSteps; } pages[] = {
+        {kDirectRating, 7, false},       {kCurveDrawing, 7, false},   {kCategoryIdentification, 7, false},
+        {kDiffStandardSequence, 7, true}, {kBisection, 9, true},      {kVariableProbability, 7, false},
+        {kVariableCertainty, 9, true},
+    };
+    for (const auto& p : pages) {
+        SCOPED_TRACE(p.technique);
+        fillProblem();
+        WizardData& w = wizardData();
+        for (VariantArray* a : {&w.VFunParA, &w.VFunParB}) a->redim(0, 2);
+        w.SmpSize(2) = w.InSmpSize(2) = std::int16_t(7);
+        w.VFunType(2) = w.InVFunType(2) = std::int16_t(1);
+        w.VFTechniqueID(2) = w.InVFTechniqueID(2) = std::int16_t(kDirectRating);
+        VariantArray hostX(0, 6), hostY(0, 6), out(0, 4);
+        for (int k = 0; k < 7; ++k) {
+            w.SmpX(2, k) = w.InSmpX(2, k) = hostX(k) = 1.0 + 4.0 * k / 6.0;
+            w.SmpY(2, k) = w.InSmpY(2, k) = hostY(k) = y[k];
+        }
+        const auto hostCurve = [&](double x) {
+            std::int16_t n = 7, evaluate = -1;
+            AkimaInterpolate(hostX, hostY, n, evaluate, x, out);
+            return out(4).toDouble();
+        };
+        openAs(p.technique, 2, p.technique == kCategoryIdentification ? QSize(820, 820) : QSize(780, 740));
+        // The points of att 2 on the range in order, each on the curve f,
+        // the marks showing them.
+        const auto expectPointsOn = [&](int size, const std::function<double(double)>& f, double tolerance) {
+            std::int16_t att = 2;
+            ASSERT_EQ(w.SmpSize(2).toInteger(), size);
+            EXPECT_TRUE(SamplePointsInOrder(att));
+            EXPECT_TRUE(!p.equalSteps || ValuesOnEqualSteps(att));
+            for (int k = 0; k < size; ++k)
+                EXPECT_NEAR(w.SmpY(2, k).toDouble(), f(w.SmpX(2, k).toDouble()), tolerance) << k;
+            for (int k = 0; k < 11; ++k) {
+                const auto* m = page->findChild<PointMark*>(QStringLiteral("picScorePoint_%1").arg(k));
+                EXPECT_TRUE(m != nullptr || k >= size) << k;
+                if (m == nullptr) continue;
+                EXPECT_EQ(m->isHidden(), k >= size) << k;
+                EXPECT_TRUE(k >= size || m->toolTip().startsWith(fmt::formatNumber(w.SmpX(2, k).toDouble(), "0.00")))
+                    << k << " " << m->toolTip().toStdString();
+            }
+        };
+        click("cmdLinear");
+        EXPECT_EQ(w.VFunType(2).toInteger(), 0);
+        EXPECT_TRUE(w.AttVFDone(2).toBoolean());
+        expectPointsOn(p.size, [](double x) { return (x - 1.0) / 4.0; }, 1e-6);
+        EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(2), QString::fromUtf8(" \u00A4 Comfort"));
+
+        // Another sample size first, where the page offers one.
+        if (page->findChild<QComboBox*>(QStringLiteral("cmbSmpSize")) != nullptr) choose("cmbSmpSize", 0);
+        click("cmdRestore");
+        EXPECT_EQ(w.VFunType(2).toInteger(), 1);
+        EXPECT_FALSE(w.AttVFDone(2).toBoolean());
+        EXPECT_EQ(w.VFTechniqueID(2).toInteger(), kDirectRating);
+        // A page on equal value steps finds the scores to within a hundredth of value.
+        expectPointsOn(p.size, hostCurve, p.equalSteps ? 0.01 : 1e-6);
+        EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(2), "Comfort");
+        page.reset();
+    }
+}
+
+}  // namespace
+}  // namespace kelmar::test
