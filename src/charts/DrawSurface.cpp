@@ -100,7 +100,8 @@ OleColor qbColor(int index) {
 bool DrawPrimitive::operator==(const DrawPrimitive& other) const {
     return kind == other.kind && p1 == other.p1 && p2 == other.p2 && color == other.color &&
            fillColor == other.fillColor && width == other.width && text == other.text &&
-           points == other.points && fontPointSize == other.fontPointSize && bold == other.bold;
+           points == other.points && fontPointSize == other.fontPointSize && bold == other.bold &&
+           fromLeft == other.fromLeft;
 }
 
 DrawSurface::DrawSurface(QWidget* parent) : QWidget(parent) {
@@ -258,6 +259,7 @@ void DrawSurface::print(const QString& s) {
     p.text = s;
     p.fontPointSize = fontPt_;
     p.bold = fontBold_;
+    p.fromLeft = textFromLeft_;
     record_.push_back(p);
     // The next line starts at the left edge, one text line further down.
     const double step = textHeight(s);
@@ -401,7 +403,7 @@ QRectF DrawSurface::pixelBounds(const DrawPrimitive& p, QSizeF size) const {
         const double height = font.metrics.height();
         const double sx = size.width() / designSize_.width();
         const double sy = size.height() / designSize_.height();
-        const QPointF at = px(p.p1) + QPointF(advance * (sx - scale) / 2.0, height * (sy - scale) / 2.0);
+        const QPointF at = px(p.p1) + QPointF(p.fromLeft ? 0.0 : advance * (sx - scale) / 2.0, height * (sy - scale) / 2.0);
         const double reach = height * scale / 2.0 + 2.0;
         return QRectF(at, QSizeF(advance * scale, height * scale)).adjusted(-reach, -reach, reach, reach);
     }
@@ -483,7 +485,7 @@ void DrawSurface::replay(QPainter& painter, QSizeF size, const QRegion* area) co
             const double sy = size.height() / designSize_.height();
             const QPointF at = px(p.p1);
             painter.save();
-            painter.translate(at.x() + advance * (sx - scale) / 2.0,
+            painter.translate(at.x() + (p.fromLeft ? 0.0 : advance * (sx - scale) / 2.0),
                               at.y() + fm.height() * (sy - scale) / 2.0);
             painter.scale(scale, scale);
             painter.setFont(f);

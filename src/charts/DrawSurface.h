@@ -68,6 +68,10 @@ struct DrawPrimitive {
     QVector<QPointF> points;  // Polygon, user units
     double fontPointSize = 8.0;  // Text, at the design size
     bool bold = false;           // Text
+    // Text on a surface stretched more one way than the other keeps its
+    // proportions: centred in the box it was measured to fill, or starting
+    // where it was printed (a label that follows a mark, a legend).
+    bool fromLeft = false;
 
     bool operator==(const DrawPrimitive& other) const;
 };
@@ -101,6 +105,9 @@ public:
     void setFontPointSize(double pt);
     double fontPointSize() const { return fontPt_; }
     void setFontBold(bool bold);
+    // Text printed from now on starts where it is printed however the
+    // surface is stretched (see DrawPrimitive::fromLeft).
+    void setTextFromLeft(bool fromLeft) { textFromLeft_ = fromLeft; }
 
     double currentX() const { return curX_; }
     double currentY() const { return curY_; }
@@ -197,6 +204,7 @@ private:
     int drawWidth_ = 1;
     double fontPt_ = 8.0;
     bool fontBold_ = false;
+    bool textFromLeft_ = false;
     double curX_ = 0, curY_ = 0;
     std::vector<DrawPrimitive> record_;
     std::vector<DrawPrimitive> shown_;  // the record the window's picture was painted from

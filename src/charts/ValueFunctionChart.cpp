@@ -177,7 +177,9 @@ void drawLegend(DrawSurface& pic, const std::vector<QString>& labels,
         pic.setCurrentX(left + kLegendPad * 2 + kLegendSwatch);
         pic.setCurrentY(rowTop);
         pic.setForeColor(ole::Black);
+        pic.setTextFromLeft(true);
         pic.print(labels[i]);
+        pic.setTextFromLeft(false);
     }
 }
 
