@@ -1,12 +1,7 @@
-// The number formats, the lenient number reading and the attribute list
-// (which needs the test program's QApplication).
+// The number formats and the lenient number reading. (The attribute list's
+// marks for done attributes: the Linear and Restore table of the pages.)
 #include "ModelFixture.h"
 #include "model/Format.h"
-
-#include <QComboBox>
-#include <QGuiApplication>
-#include <QScreen>
-#include <QWidget>
 
 namespace kelmar::test {
 namespace {
@@ -44,22 +39,6 @@ TEST(NumberFormats, LeadingNumberOfTheText) {
         {"1e", 1.0}, {"2E+", 2.0}, {"--3", 0.0}, {"-", 0.0}, {".", 0.0}, {"4,5", 4.0},
     };
     for (const auto& c : cases) EXPECT_EQ(fmt::leadingNumber(c.text), c.expected) << c.text;
-}
-
-TEST_F(ModelTest, AttributeListMarksDoneAttributesAndKeepsTheRow) {
-    const QStringList names{"Cost", "Safety", "Comfort"};
-    for (int a = 0; a < 3; ++a) w().AttName(a) = names[a];
-    QComboBox list;
-    FillAttributeList(list);
-    list.setCurrentIndex(2);
-    w().AttVFDone(2) = true;
-    w().AttVFDone(0) = I16(-1);
-    FillAttributeList(list);
-    QStringList items;
-    for (int i = 0; i < list.count(); ++i) items << list.itemText(i);
-    EXPECT_EQ(items, QStringList({QString::fromUtf8(" \u00A4 Cost"), "Safety",
-                                  QString::fromUtf8(" \u00A4 Comfort")}));
-    EXPECT_EQ(list.currentIndex(), 2);
 }
 
 }  // namespace

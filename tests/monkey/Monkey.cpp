@@ -95,24 +95,81 @@ const AttributeRow kAttributes[] = {
 };
 constexpr int kAlternatives = 6;
 
-// The rule and the attribute's function as it stands.
-QString describe(int att, const char* rule) {
-    const WizardData& w = wizardData();
-    QString points;
-    try {
-        const int n = w.SmpSize(att).toInteger();
-        for (int k = 0; k < n && k <= 10; ++k)
-            points += QStringLiteral(" (%1, %2)")
-                          .arg(w.SmpX(att, k).toDouble(), 0, 'g', 10)
-                          .arg(w.SmpY(att, k).toDouble(), 0, 'g', 10);
-        points = QStringLiteral("; range %1 .. %2, type %3, points")
-                     .arg(w.ScoreMinimum(att).toDouble(), 0, 'g', 10)
-                     .arg(w.ScoreMaximum(att).toDouble(), 0, 'g', 10)
-                     .arg(w.VFunType(att).toString()) +
-                 points;
-    } catch (const RuntimeError&) {
+// Per attribute: SmpSize, SmpX and SmpY 0 .. 10, then the nine after them.
+const char* const kNames[] = {"SmpSize",  "SmpX",     "SmpY",     "VFunType",     "VFTechniqueID", "VFunParA",
+                              "VFunParB", "VFunParC", "VFunParD", "ScoreMinimum", "ScoreMiddle",   "ScoreMaximum"};
+constexpr int kPointCells = 23;  // SmpSize and the points
+
+// A cell as its type and its exact value; "no cell" where the array does not
+// hold it (or holds an array there, which no record has).
+QString cellText(const VariantArray& a, int att, int k = -1) {
+    if (a.dimensions() != (k < 0 ? 1 : 2) || att < a.lbound(1) || att > a.ubound(1) ||
+        (k >= 0 && (k < a.lbound(2) || k > a.ubound(2))) || (k < 0 ? a(att) : a(att, k)).isArray())
+        return QStringLiteral("no cell");
+    const Variant& v = k < 0 ? a(att) : a(att, k);
+    static const char* const types[] = {"Empty", "Boolean", "Integer", "Long", "Single", "Double", "String"};
+    const QString value = v.type() == Variant::Type::Double   ? QString::number(v.toDouble(), 'g', 17)
+                          : v.type() == Variant::Type::Single ? QString::number(v.toSingle(), 'g', 9)
+                                                              : QStringLiteral("\"%1\"").arg(v.toString());
+    return QStringLiteral("%1 %2").arg(QLatin1String(types[static_cast<int>(v.type())]), value);
+}
+
+Record collect(const std::array<const VariantArray*, 12>& r, int attNum) {
+    Record record;
+    for (int att = 0; att < attNum; ++att) {
+        QStringList cells{cellText(*r[0], att)};
+        for (const VariantArray* points : {r[1], r[2]})
+            for (int k = 0; k <= 10; ++k) cells << cellText(*points, att, k);
+        for (std::size_t i = 3; i < r.size(); ++i) cells << cellText(*r[i], att);
+        record.attributes.push_back(cells);
     }
-    return QStringLiteral("attribute %1: %2%3").arg(att).arg(QString::fromLatin1(rule), points);
+    return record;
+}
+
+QString cellName(int att, int i) {
+    if (i == 0 || i >= kPointCells)
+        return QStringLiteral("%1(%2)").arg(QLatin1String(kNames[i == 0 ? 0 : i - 20])).arg(att);
+    return QStringLiteral("%1(%2, %3)").arg(QLatin1String(i <= 11 ? "SmpX" : "SmpY")).arg(att).arg((i - 1) % 11);
+}
+
+QStringList cellsOf(const Record& r, int att) {
+    return att < static_cast<int>(r.attributes.size()) ? r.attributes[static_cast<std::size_t>(att)] : QStringList();
+}
+
+Record workingRecord() {
+    const WizardData& w = wizardData();
+    return collect({&w.SmpSize, &w.SmpX, &w.SmpY, &w.VFunType, &w.VFTechniqueID, &w.VFunParA, &w.VFunParB,
+                    &w.VFunParC, &w.VFunParD, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum},
+                   w.AttNum);
+}
+
+Record hostRecord(const Problem& p) {
+    return collect({&p.smpSize, &p.smpX, &p.smpY, &p.funType, &p.techniqueId, &p.parA, &p.parB, &p.parC,
+                    &p.parD, &p.scoreMinimum, &p.scoreMiddle, &p.scoreMaximum},
+                   p.attNum);
+}
+
+// The first cell of attribute att that differs in type or in any bit, with
+// both contents, or an empty text.
+QString recordChange(const Record& before, const Record& after, int att) {
+    const QStringList a = cellsOf(before, att), b = cellsOf(after, att);
+    const QString none = QStringLiteral("no attribute");
+    for (int i = 0; i < std::max(a.size(), b.size()); ++i)
+        if (a.value(i, none) != b.value(i, none))
+            return QStringLiteral("%1 was %2, is %3").arg(cellName(att, i), a.value(i, none), b.value(i, none));
+    return {};
+}
+
+// True when attribute att's sample size or points differ.
+bool pointsChanged(const Record& before, const Record& after, int att) {
+    return cellsOf(before, att).mid(0, kPointCells) != cellsOf(after, att).mid(0, kPointCells);
+}
+
+// The rule and the attribute's record as it stands.
+QString describe(int att, const char* rule) {
+    QStringList cells = cellsOf(workingRecord(), att);
+    for (int i = 0; i < cells.size(); ++i) cells[i].prepend(cellName(att, i) + QLatin1Char(' '));
+    return QStringLiteral("attribute %1: %2; %3").arg(att).arg(QLatin1String(rule), cells.join(QStringLiteral(", ")));
 }
 
 // The first exported value outside 0 .. MaxVal, or an empty text.
@@ -218,76 +275,6 @@ QString brokenRule() {
         return QStringLiteral("the wizard data cannot be read: ") + e.description();
     }
     return {};
-}
-
-// Per attribute: SmpSize, SmpX and SmpY 0 .. 10, then the nine after them.
-const char* const kNames[] = {"SmpSize",  "SmpX",     "SmpY",     "VFunType",     "VFTechniqueID", "VFunParA",
-                              "VFunParB", "VFunParC", "VFunParD", "ScoreMinimum", "ScoreMiddle",   "ScoreMaximum"};
-constexpr int kPointCells = 23;  // SmpSize and the points
-
-// A cell as its type and its exact value; "no cell" where the array does not
-// hold it (or holds an array there, which no record has).
-QString cellText(const VariantArray& a, int att, int k = -1) {
-    if (a.dimensions() != (k < 0 ? 1 : 2) || att < a.lbound(1) || att > a.ubound(1) ||
-        (k >= 0 && (k < a.lbound(2) || k > a.ubound(2))) || (k < 0 ? a(att) : a(att, k)).isArray())
-        return QStringLiteral("no cell");
-    const Variant& v = k < 0 ? a(att) : a(att, k);
-    static const char* const types[] = {"Empty", "Boolean", "Integer", "Long", "Single", "Double", "String"};
-    const QString value = v.type() == Variant::Type::Double   ? QString::number(v.toDouble(), 'g', 17)
-                          : v.type() == Variant::Type::Single ? QString::number(v.toSingle(), 'g', 9)
-                                                              : QStringLiteral("\"%1\"").arg(v.toString());
-    return QStringLiteral("%1 %2").arg(QLatin1String(types[static_cast<int>(v.type())]), value);
-}
-
-Record collect(const std::array<const VariantArray*, 12>& r, int attNum) {
-    Record record;
-    for (int att = 0; att < attNum; ++att) {
-        QStringList cells{cellText(*r[0], att)};
-        for (const VariantArray* points : {r[1], r[2]})
-            for (int k = 0; k <= 10; ++k) cells << cellText(*points, att, k);
-        for (std::size_t i = 3; i < r.size(); ++i) cells << cellText(*r[i], att);
-        record.attributes.push_back(cells);
-    }
-    return record;
-}
-
-QString cellName(int att, int i) {
-    if (i == 0 || i >= kPointCells)
-        return QStringLiteral("%1(%2)").arg(QLatin1String(kNames[i == 0 ? 0 : i - 20])).arg(att);
-    return QStringLiteral("%1(%2, %3)").arg(QLatin1String(i <= 11 ? "SmpX" : "SmpY")).arg(att).arg((i - 1) % 11);
-}
-
-QStringList cellsOf(const Record& r, int att) {
-    return att < static_cast<int>(r.attributes.size()) ? r.attributes[static_cast<std::size_t>(att)] : QStringList();
-}
-
-Record workingRecord() {
-    const WizardData& w = wizardData();
-    return collect({&w.SmpSize, &w.SmpX, &w.SmpY, &w.VFunType, &w.VFTechniqueID, &w.VFunParA, &w.VFunParB,
-                    &w.VFunParC, &w.VFunParD, &w.ScoreMinimum, &w.ScoreMiddle, &w.ScoreMaximum},
-                   w.AttNum);
-}
-
-Record hostRecord(const Problem& p) {
-    return collect({&p.smpSize, &p.smpX, &p.smpY, &p.funType, &p.techniqueId, &p.parA, &p.parB, &p.parC,
-                    &p.parD, &p.scoreMinimum, &p.scoreMiddle, &p.scoreMaximum},
-                   p.attNum);
-}
-
-// The first cell of attribute att that differs in type or in any bit, with
-// both contents, or an empty text.
-QString recordChange(const Record& before, const Record& after, int att) {
-    const QStringList a = cellsOf(before, att), b = cellsOf(after, att);
-    const QString none = QStringLiteral("no attribute");
-    for (int i = 0; i < std::max(a.size(), b.size()); ++i)
-        if (a.value(i, none) != b.value(i, none))
-            return QStringLiteral("%1 was %2, is %3").arg(cellName(att, i), a.value(i, none), b.value(i, none));
-    return {};
-}
-
-// True when attribute att's sample size or points differ.
-bool pointsChanged(const Record& before, const Record& after, int att) {
-    return cellsOf(before, att).mid(0, kPointCells) != cellsOf(after, att).mid(0, kPointCells);
 }
 
 // Records what reaches the host and keeps the last export as the host's

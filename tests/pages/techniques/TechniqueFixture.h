@@ -96,10 +96,7 @@ inline double markCentre(const DrawSurface& chart, const PointMark* m) {
 inline void dragMark(const DrawSurface& chart, PointMark* m, double target,
                      Qt::MouseButton button = Qt::LeftButton) {
     const QPointF grab(m->width() / 2.0, 8.0);
-    sendMouse(m, QEvent::MouseButtonPress, grab, button, button);
-    const QPointF to(grab.x() + (target - markCentre(chart, m)) * chart.width() / 116.0, grab.y());
-    sendMouse(m, QEvent::MouseMove, to, Qt::NoButton, button);
-    sendMouse(m, QEvent::MouseButtonRelease, to, button, Qt::NoButton);
+    gesture(m, {grab, grab + QPointF((target - markCentre(chart, m)) * chart.width() / 116.0, 0)}, button);
 }
 
 // A technique page on the problem above; message boxes are recorded and

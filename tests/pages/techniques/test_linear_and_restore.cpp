@@ -10,7 +10,21 @@
 namespace kelmar::test {
 namespace {
 
-using LinearAndRestore = AnyTechniqueTest;
+class LinearAndRestore : public AnyTechniqueTest {
+protected:
+    // Marks 0 .. size - 1 show with their scores, the others are hidden or
+    // absent.
+    void expectMarks(int att, int size) const {
+        for (int k = 0; k < 11; ++k) {
+            const auto* m = page->findChild<PointMark*>(QStringLiteral("picScorePoint_%1").arg(k));
+            EXPECT_TRUE(m != nullptr || k >= size) << k;
+            if (m == nullptr) continue;
+            EXPECT_EQ(m->isHidden(), k >= size) << k;
+            EXPECT_TRUE(k >= size || m->toolTip().startsWith(fmt::formatNumber(wizardData().SmpX(att, k).toDouble(), "0.00")))
+                << k << " " << m->toolTip().toStdString();
+        }
+    }
+};
 
 TEST_F(LinearAndRestore, EveryPageStraightensAndRestoresTheHostsCurve) {
     // Comfort, benefit 1 .. 5: seven points rated by Direct Rating, rising
@@ -50,20 +64,13 @@ TEST_F(LinearAndRestore, EveryPageStraightensAndRestoresTheHostsCurve) {
             EXPECT_TRUE(!p.equalSteps || ValuesOnEqualSteps(att));
             for (int k = 0; k < size; ++k)
                 EXPECT_NEAR(w.SmpY(2, k).toDouble(), f(w.SmpX(2, k).toDouble()), tolerance) << k;
-            for (int k = 0; k < 11; ++k) {
-                const auto* m = page->findChild<PointMark*>(QStringLiteral("picScorePoint_%1").arg(k));
-                EXPECT_TRUE(m != nullptr || k >= size) << k;
-                if (m == nullptr) continue;
-                EXPECT_EQ(m->isHidden(), k >= size) << k;
-                EXPECT_TRUE(k >= size || m->toolTip().startsWith(fmt::formatNumber(w.SmpX(2, k).toDouble(), "0.00")))
-                    << k << " " << m->toolTip().toStdString();
-            }
+            expectMarks(2, size);
         };
         click("cmdLinear");
         EXPECT_EQ(w.VFunType(2).toInteger(), 0);
         EXPECT_TRUE(w.AttVFDone(2).toBoolean());
         expectPointsOn(p.size, [](double x) { return (x - 1.0) / 4.0; }, 1e-6);
-        EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(2), QString::fromUtf8(" \u00A4 Comfort"));
+        EXPECT_EQ(child<QComboBox>("cmbAttributes")->currentText(), QString::fromUtf8(" \u00A4 Comfort"));
 
         // Another sample size first, where the page offers one.
         if (page->findChild<QComboBox*>(QStringLiteral("cmbSmpSize")) != nullptr) choose("cmbSmpSize", 0);
@@ -73,8 +80,44 @@ TEST_F(LinearAndRestore, EveryPageStraightensAndRestoresTheHostsCurve) {
         EXPECT_EQ(w.VFTechniqueID(2).toInteger(), kDirectRating);
         // A page on equal value steps finds the scores to within a hundredth of value.
         expectPointsOn(p.size, hostCurve, p.equalSteps ? 0.01 : 1e-6);
-        EXPECT_EQ(child<QComboBox>("cmbAttributes")->itemText(2), "Comfort");
+        EXPECT_EQ(child<QComboBox>("cmbAttributes")->currentText(), "Comfort");
         page.reset();
+    }
+}
+
+// Bisection and the certainty equivalent work on five or nine points: other
+// stored sizes arrive as the nearer one, nine on a tie; the size list
+// offers only those, and Restore comes back to the size the page opened on.
+TEST_F(LinearAndRestore, TheHalvingPagesWorkOnFiveOrNinePoints) {
+    const struct { int stored, worked; } sizes[] = {{3, 5}, {5, 5}, {7, 9}, {9, 9}, {11, 9}};
+    for (const int technique : {kBisection, kVariableCertainty}) {
+        for (const auto& c : sizes) {
+            SCOPED_TRACE(testing::Message() << technique << " " << c.stored);
+            fillProblem();
+            WizardData& w = wizardData();
+            w.SmpSize(2) = w.InSmpSize(2) = std::int16_t(c.stored);
+            for (int k = 0; k < c.stored; ++k) {
+                w.SmpX(2, k) = w.InSmpX(2, k) = 1.0 + 4.0 * k / (c.stored - 1);
+                w.SmpY(2, k) = w.InSmpY(2, k) = static_cast<double>(k) / (c.stored - 1);
+            }
+            openAs(technique, 2);
+            const auto expectSize = [&](int n) {
+                std::int16_t att = 2;
+                EXPECT_EQ(w.SmpSize(2).toInteger(), n);
+                EXPECT_EQ(w.BisectionTable.size(), static_cast<std::size_t>(n));
+                EXPECT_TRUE(SamplePointsInOrder(att) && ValuesOnEqualSteps(att));
+                expectMarks(2, n);
+            };
+            expectSize(c.worked);
+            auto* list = child<QComboBox>("cmbSmpSize");
+            EXPECT_EQ(list->currentText(), QString::number(c.worked));
+            for (int index = 0; index < list->count(); ++index) {
+                choose("cmbSmpSize", index);
+                expectSize(index == 0 ? 5 : 9);
+            }
+            click("cmdRestore");
+            expectSize(c.worked);
+        }
     }
 }
 

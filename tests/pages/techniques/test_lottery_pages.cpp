@@ -136,29 +136,6 @@ TEST_F(VarCTest, EvenChancesBetweenTheTableRowsOutcomes) {
     }
 }
 
-TEST_F(VarCTest, OpensEveryStoredSizeAtATableSize) {
-    const struct { std::int16_t stored; std::int16_t worked; } cases[] = {{5, 5}, {7, 9}, {9, 9}, {11, 9}, {3, 5}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.stored);
-        fillProblem();
-        WizardData& w = wizardData();
-        w.SmpSize(0) = w.InSmpSize(0) = c.stored;
-        w.SmpX(0, c.stored - 1) = w.InSmpX(0, c.stored - 1) = 100.0;
-        w.SmpY(0, c.stored - 1) = w.InSmpY(0, c.stored - 1) = 1.0;
-        open();
-        std::int16_t att = 0;
-        EXPECT_EQ(w.SmpSize(0).toInteger(), c.worked);
-        EXPECT_EQ(w.BisectionTable.size(), static_cast<std::size_t>(c.worked));
-        EXPECT_TRUE(SamplePointsInOrder(att));
-        EXPECT_TRUE(ValuesOnEqualSteps(att));
-        EXPECT_EQ(child<QComboBox>("cmbSmpSize")->currentText(), QString::number(c.worked));
-        choose("cmbSmpSize", 0);
-        choose("cmbSmpSize", 1);
-        click("cmdRestore");
-        EXPECT_EQ(w.SmpSize(0).toInteger(), c.worked);
-    }
-}
-
 TEST_F(VarCTest, DraggedSureScoreTakesTheMeanOfItsOutcomesAndLeadsOn) {
     open(1);  // cost: values fall from 1 to 0 over the scores 10 .. 50
     EXPECT_EQ(page->JudgedPoint, 2) << "the whole range is halved first";

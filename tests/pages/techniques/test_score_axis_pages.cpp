@@ -137,33 +137,6 @@ TYPED_TEST(ScoreAxisPages, ExportsTheJudgedPointsOnEitherOrientation) {
 
 // --- Bisection --------------------------------------------------------------
 
-TEST_F(BisectionTest, OnlyFiveOrNinePoints) {
-    WizardData& w = wizardData();
-    open();
-    const struct { int listIndex; std::int16_t size; } choices[] = {{1, 9}, {2, 9}, {3, 9}, {0, 5}, {1, 9}};
-    for (const auto& c : choices) {
-        choose("cmbSmpSize", c.listIndex);
-        EXPECT_EQ(w.SmpSize(0).toInteger(), c.size) << c.listIndex;
-        EXPECT_EQ(w.BisectionTable.size(), static_cast<std::size_t>(c.size));
-        for (int i = 0; i < 11; ++i) EXPECT_EQ(mark(i)->isHidden(), i >= c.size) << i;
-        expectInvariants(0);
-    }
-    // Other sizes arrive as the nearer halving, nine on a tie.
-    for (const auto& [stored, shown] : {std::pair{7, 9}, std::pair{11, 9}, std::pair{5, 5}}) {
-        fillProblem();
-        w.SelTechnique = kBisection;
-        w.SmpSize(2) = std::int16_t(stored);
-        for (int k = 0; k < stored; ++k) {
-            w.SmpX(2, k) = 1.0 + 4.0 * k / (stored - 1);
-            w.SmpY(2, k) = static_cast<double>(k) / (stored - 1);
-        }
-        open(2);
-        EXPECT_EQ(w.SmpSize(2).toInteger(), shown) << stored;
-        EXPECT_EQ(child<QComboBox>("cmbSmpSize")->currentText().toInt(), shown);
-        expectInvariants(2);
-    }
-}
-
 // A drag that comes back where it began leaves the function as it was (a
 // press with a jiggle across the bar: the random-input run). The arrow keys
 // move a mark that lies closer to its neighbour than a mark's width away
