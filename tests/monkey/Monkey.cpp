@@ -297,19 +297,14 @@ public:
         const QString fault = badExport(AttVData, MaxVal);
         if (!fault.isEmpty()) faults << fault;
         // A host keeps what it received and offers it again next time.
-        problem_.scoreMinimum = ScoreMinimum;
-        problem_.scoreMiddle = ScoreMiddle;
-        problem_.scoreMaximum = ScoreMaximum;
-        problem_.maxVal = MaxVal;
-        if (VFTechniqueID.isArray()) problem_.techniqueId = VFTechniqueID.toArray();
-        problem_.smpSize = SmpSize;
-        problem_.smpX = SmpX;
-        problem_.smpY = SmpY;
-        problem_.parA = VFunParA;
-        problem_.parB = VFunParB;
-        problem_.parC = VFunParC;
-        problem_.parD = VFunParD;
-        problem_.funType = VFunType;
+        Problem& p = problem_;
+        for (const auto& [to, from] : {std::pair{&p.scoreMinimum, &ScoreMinimum}, {&p.scoreMiddle, &ScoreMiddle},
+                                       {&p.scoreMaximum, &ScoreMaximum}, {&p.smpSize, &SmpSize}, {&p.smpX, &SmpX},
+                                       {&p.smpY, &SmpY}, {&p.parA, &VFunParA}, {&p.parB, &VFunParB},
+                                       {&p.parC, &VFunParC}, {&p.parD, &VFunParD}, {&p.funType, &VFunType}})
+            *to = *from;
+        p.maxVal = MaxVal;
+        if (VFTechniqueID.isArray()) p.techniqueId = VFTechniqueID.toArray();
     }
 
 private:
