@@ -1,11 +1,14 @@
-// Linear and Restore on every technique page that has them, from a host function of
-// another technique: Linear puts the page's points on the straight line and
-// counts as done; Restore brings the host's curve back (refitted where the
-// page works on its own sizes or on equal value steps) and the host's
-// technique, not done. The marks follow the points either way.
+// Linear and Restore on every technique page that has them, from a host
+// function of another technique: Linear puts the page's points on the
+// straight line and counts as done; Restore brings the host's curve back
+// (refitted where the page works on its own sizes or on equal value steps)
+// and the host's technique, not done. The marks follow the points either
+// way. Then the sizes the halving pages work on.
 #include "TechniqueFixture.h"
 
 #include "model/Format.h"
+
+#include <functional>
 
 namespace kelmar::test {
 namespace {

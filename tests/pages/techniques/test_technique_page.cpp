@@ -7,6 +7,7 @@
 #include <kelmar/KelmarDll.h>
 
 #include <QFocusEvent>
+#include <QLineEdit>
 #include <QRegularExpression>
 
 namespace kelmar::test {
@@ -87,17 +88,22 @@ TEST_F(DirectRatingTest, AMarkReachedWithTabIsReadOutAndArrowKeysMoveIt) {
     // The marks follow the sample size in the tab order.
     EXPECT_EQ(child("cmbSmpSize")->nextInFocusChain(), mark(0));
     EXPECT_EQ(mark(10)->nextInFocusChain(), child("cmdLinear"));
+    // The typed-answer field follows the mark chosen by a click, Tab or a key.
+    auto* field = child<QLineEdit>("txtExact");
+    EXPECT_FALSE(field->isEnabled()) << "no point selected yet";
+    gesture(mark(1), {{5, 8}});
+    EXPECT_EQ(field->text(), "0.25");
     QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
     QCoreApplication::sendEvent(mark(3), &focus);
     EXPECT_EQ(mark(3)->picture(), 2);
-    EXPECT_EQ(text("lblCurScore") + " " + text("lblCurValue"), "75.00 0.75");
+    EXPECT_EQ(text("lblCurScore") + " " + text("lblCurValue") + " " + field->text(), "75.00 0.75 0.75");
     EXPECT_EQ(funType(), 0) << "selecting changes nothing";
     // The keys move a mark by the same rules as a drag.
     PointMark* m = mark(2);
     sendKey(m, Qt::Key_Right);
     EXPECT_DOUBLE_EQ(value(0, 2), 0.51);
     EXPECT_EQ(funType(), 1);
-    EXPECT_EQ(text("lblCurValue"), "0.51");
+    EXPECT_EQ(text("lblCurValue") + " " + field->text(), "0.51 0.51");
     EXPECT_EQ(m->picture(), 2);
     sendKey(m, Qt::Key_Left, {}, Qt::ShiftModifier);
     EXPECT_DOUBLE_EQ(value(0, 2), 0.41);

@@ -2,7 +2,6 @@
 // the analyst at once when the answers disagree.
 #include "TechniqueFixture.h"
 
-#include <QFocusEvent>
 #include <QLineEdit>
 
 namespace kelmar::test {
@@ -88,20 +87,6 @@ TEST_F(TypedAnswerTest, ATypedNumberIsJudgedAsADragToItWouldBe) {
         EXPECT_TRUE(note().contains(QString::fromLatin1(c.because))) << note().toStdString();
         EXPECT_EQ(note().isEmpty(), c.outcome == Stored) << note().toStdString();
     }
-}
-
-TEST_F(TypedAnswerTest, TheFieldFollowsTheSelectedMark) {
-    open(kDirectRating, 0);
-    auto* field = child<QLineEdit>(QStringLiteral("txtExact"));
-    EXPECT_FALSE(field->isEnabled()) << "no point selected yet";
-    press(3);
-    EXPECT_EQ(field->text(), "0.75");
-    auto* second = child<PointMark>(QStringLiteral("picScorePoint_1"));
-    QFocusEvent tabbed(QEvent::FocusIn, Qt::TabFocusReason);
-    QApplication::sendEvent(second, &tabbed);
-    EXPECT_EQ(field->text(), "0.25");
-    sendKey(second, Qt::Key_Right);
-    EXPECT_EQ(field->text(), "0.26");
 }
 
 TEST_F(TypedAnswerTest, TheWordsOnAnswersThatDisagreeFollowEachAnswerAtOnce) {
