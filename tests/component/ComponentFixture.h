@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace kelmartest {
@@ -25,9 +26,11 @@ using namespace kelmar;
 
 // A page that lets a test raise its events. Every one is recorded.
 class FakePage : public KelPage {
-    Q_OBJECT
 public:
-    explicit FakePage(int id);
+    // Every page created, by id, to be found and released by the fixture.
+    static inline std::vector<std::pair<int, QPointer<FakePage>>> created;
+
+    explicit FakePage(int id) : KelPage(id) { created.emplace_back(id, this); }
 
     using KelPage::raiseExportResults;
     using KelPage::raiseHideForm;
@@ -46,6 +49,11 @@ protected:
         if (pageId() == failingLoad) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
     }
 };
+
+template <int Id>
+KelPage* makeFake() {
+    return new FakePage(Id);
+}
 
 class RecordingHost : public KelmarEvents {
 public:
@@ -69,21 +77,64 @@ public:
 };
 
 // The number of the RuntimeError f raises, 0 if none.
-int errorOf(const std::function<void()>& f);
+inline int errorOf(const std::function<void()>& f) {
+    try {
+        f();
+    } catch (const RuntimeError& e) {
+        return e.number();
+    }
+    return 0;
+}
 
 // Deletes what deleteLater scheduled.
 inline void flushDeletes() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
 class ComponentTest : public ::testing::Test {
 protected:
-    void SetUp() override;
-    void TearDown() override;
+    void SetUp() override {
+        static constexpr PageFactory kFakes[] = {&makeFake<0>, &makeFake<1>, &makeFake<2>, &makeFake<3>, &makeFake<4>,
+                                                 &makeFake<5>, &makeFake<6>, &makeFake<7>, &makeFake<8>};
+        for (int id = 0; id <= 8; ++id) {
+            saved_.push_back(registeredPage(id));
+            registerPage(id, kFakes[id]);
+        }
+        setModalRunner([this](QDialog& page) {
+            modalShows.emplace_back(&page);
+            const auto* kel = dynamic_cast<KelPage*>(&page);
+            loadedWhenShown.push_back(kel && kel->isLoaded());
+            page.show();
+        });
+        setMessageBoxHook([this](QMessageBox& box) {
+            messages << box.windowTitle() + QStringLiteral(": ") + box.text();
+            return QMessageBox::Ok;
+        });
+        dll.setEventSink(&host);
+    }
+    void TearDown() override {
+        dll.setEventSink(nullptr);
+        for (int id = 0; id <= 8; ++id) registerPage(id, saved_[static_cast<std::size_t>(id)]);
+        setModalRunner({});
+        setMessageBoxHook({});
+        KelmarDll::setHelpHandler({});
+        FakePage::failingLoad = -1;
+        flushDeletes();
+        for (const auto& p : FakePage::created) delete p.second.data();
+        FakePage::created.clear();
+        wizardData() = {};
+    }
 
     // Shows a page through the component and returns the FakePage behind it.
-    FakePage* open(std::int16_t id, float left = 0, float top = 0);
+    FakePage* open(std::int16_t id, float left = 0, float top = 0) {
+        dll.ShowForm(id, left, top);
+        return pageOf(id);
+    }
     void hide(std::int16_t id) { dll.HideForm(id); }
     // The FakePage last created for an id (nullptr if none or deleted).
-    static FakePage* pageOf(int id);
+    static FakePage* pageOf(int id) {
+        for (auto it = FakePage::created.rbegin(); it != FakePage::created.rend(); ++it)
+            if (it->first == id) return it->second.data();
+        return nullptr;
+    }
 
     RecordingHost host;
     KelmarDll dll;
