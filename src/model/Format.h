@@ -35,7 +35,7 @@ double leadingNumber(const QString& text);
 // (0.1 + 0.2 -> "0.3", 73.00000000000001 -> "73", 1e-7 -> "0.0000001").
 QString plainNumber(double v);
 // The same for a value kept as a Single: the fewest digits that give back
-// that Single (0.29999996f -> "0.29999996", not the Double's 14 digits).
+// that Single (0.29999995f -> "0.29999995", not "0.299999952316284").
 QString plainSingle(float v);
 
 // Reads text that is one complete number and nothing else: blanks around
