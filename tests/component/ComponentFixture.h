@@ -3,6 +3,7 @@
 // and a host that records what reaches it.
 #pragma once
 
+#include "ErrorKit.h"
 #include "component/PageRegistry.h"
 #include "pages/common/KelPage.h"
 #include "pages/common/Ui.h"
@@ -76,15 +77,7 @@ public:
     }
 };
 
-// The number of the RuntimeError f raises, 0 if none.
-inline int errorOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number();
-    }
-    return 0;
-}
+using kelmar::test::errorNumber;
 
 // Deletes what deleteLater scheduled.
 inline void flushDeletes() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }

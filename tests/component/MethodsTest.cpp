@@ -157,13 +157,13 @@ TEST_F(MethodsTest, ModalLoopsNestAndShowKelmarReturnsWhenTheSettingsPageIsHidde
 
 TEST_F(MethodsTest, IdsOutsideThePagesAreIgnoredAndOtherFaultsReachTheCaller) {
     for (std::int16_t outside : {9, -1, 100}) {
-        EXPECT_EQ(errorOf([&] { hide(outside); }), 0) << outside;
-        EXPECT_EQ(errorOf([&] { open(outside); }), 0) << outside;
+        EXPECT_EQ(errorNumber([&] { hide(outside); }), 0) << outside;
+        EXPECT_EQ(errorNumber([&] { open(outside); }), 0) << outside;
     }
     for (std::int16_t never : {kCurveDrawing, kSettingsPage})
-        EXPECT_EQ(errorOf([&] { hide(never); }), 91) << "hiding a page never created: " << never;
+        EXPECT_EQ(errorNumber([&] { hide(never); }), 91) << "hiding a page never created: " << never;
     FakePage::failingLoad = kVariableCertainty;
-    EXPECT_EQ(errorOf([&] { open(kVariableCertainty); }), 9) << "an error while loading";
+    EXPECT_EQ(errorNumber([&] { open(kVariableCertainty); }), 9) << "an error while loading";
     EXPECT_TRUE(modalShows.empty());
 }
 

@@ -43,7 +43,7 @@ TEST_F(RoutingTest, TheSettingsPagesGuidanceAndFourthEventStopAtTheClass) {
     settings->raiseUnloadOwn();
     flushDeletes();
     ASSERT_FALSE(settings.isNull());
-    EXPECT_EQ(errorOf([&] { hide(kSettingsPage); }), 0);
+    EXPECT_EQ(errorNumber([&] { hide(kSettingsPage); }), 0);
     open(kBisection)->raiseSendMasseges(QStringLiteral("Specify value functions."));
     EXPECT_EQ(host.events, QStringList{QStringLiteral("SendMasseges: Specify value functions.")});
 }
@@ -85,8 +85,8 @@ TEST_F(RoutingTest, BackShowsTheSettingsPageInPlaceAndReleasesOnlyTheRaisingPage
     ASSERT_FALSE(technique.isNull()) << "the page is not deleted inside its own handler";
     flushDeletes();
     EXPECT_TRUE(technique.isNull());
-    EXPECT_EQ(errorOf([&] { hide(kDiffStandardSequence); }), 91);
-    EXPECT_EQ(errorOf([&] { hide(kBisection); }), 0);
+    EXPECT_EQ(errorNumber([&] { hide(kDiffStandardSequence); }), 91);
+    EXPECT_EQ(errorNumber([&] { hide(kBisection); }), 0);
 
     // The next technique page keeps the size the analyst gave the last one.
     settings->raiseShowForm(kMidPoint, 0, 0);

@@ -43,7 +43,7 @@ TEST(VariantTest, OverflowTypeMismatchAndSubscriptErrors) {
         {"above ubound", [&] { (void)a(4); }, RuntimeError::SubscriptOutOfRange},
         {"too few subscripts", [&] { (void)m(0); }, RuntimeError::SubscriptOutOfRange},
     };
-    for (const auto& c : cases) EXPECT_EQ(errorOf(c.f), c.error) << c.what;
+    for (const auto& c : cases) EXPECT_EQ(errorNumber(c.f), c.error) << c.what;
 }
 
 }  // namespace

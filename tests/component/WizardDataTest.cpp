@@ -38,7 +38,7 @@ TEST_F(WizardDataTest, TransferDataKeepsCopiesWithTheHostsBounds) {
     EXPECT_EQ(w.AltPScore(2, 5).toDouble(), 206.0);
     EXPECT_EQ(w.AttProperty(-1).toDouble(), -80.0);
     EXPECT_FALSE(w.AttDefinition.isAllocated()) << "an unallocated host array is copied as it is";
-    EXPECT_EQ(errorOf([&] { (void)w.AltPScore(0, 0); }), 9) << "the host's bounds, not the earlier ones";
+    EXPECT_EQ(errorNumber([&] { (void)w.AltPScore(0, 0); }), 9) << "the host's bounds, not the earlier ones";
     scores(1, 1) = Variant(-1.0);
     EXPECT_EQ(w.AltPScore(1, 1).toDouble(), 102.0) << "a copy";
 }
@@ -46,10 +46,10 @@ TEST_F(WizardDataTest, TransferDataKeepsCopiesWithTheHostsBounds) {
 TEST_F(WizardDataTest, TheLowestAttributeCountOverflowsInBothTransfers) {
     Variant dir;
     VariantArray one = filled(0, 0, 0);
-    EXPECT_EQ(errorOf([&] { dll.TransferData(dir, 0, 1, -32768, one, one, one, one, one); }), 6);
+    EXPECT_EQ(errorNumber([&] { dll.TransferData(dir, 0, 1, -32768, one, one, one, one, one); }), 6);
     EXPECT_EQ(wizardData().AttNum, -32768) << "the counts are stored before the allocation";
     HostFunctions f;
-    EXPECT_EQ(errorOf([&] { f.transfer(dll, 100); }), 6) << "sized by AttNum - 1 as well";
+    EXPECT_EQ(errorNumber([&] { f.transfer(dll, 100); }), 6) << "sized by AttNum - 1 as well";
 }
 
 // The host's functions reset the working points at once, and leave the

@@ -3,6 +3,8 @@
 // and a curve through given points, evaluated by AkimaInterpolate.
 #pragma once
 
+#include "ErrorKit.h"
+
 #include <kelmar/mdKelMain.h>
 
 #include <gtest/gtest.h>
@@ -14,16 +16,6 @@
 namespace kelmar::test {
 
 using I16 = std::int16_t;
-
-// Runs f and returns the run-time error number it raised (0 for none).
-inline int errorNumber(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const RuntimeError& e) {
-        return e.number();
-    }
-    return 0;
-}
 
 struct Curve {
     VariantArray x, y, out{0, 4};
