@@ -1,7 +1,8 @@
-// kelmar-host as a program: the value table without a window, chart files
-// and the exit statuses.
+// kelmar-host as a program: the value table without a window, chart and
+// report files and the exit statuses.
 #include "HostTestData.h"
 
+#include <QFileInfo>
 #include <QProcess>
 
 namespace kelmarhost {
@@ -20,16 +21,19 @@ HostRun host(const QStringList& arguments, const QString& stdoutFile = {}) {
     return {p.exitCode(), p.readAllStandardOutput(), p.readAllStandardError()};
 }
 
-TEST(HostProgramTest, EvaluateAndChartEndWithTheWindowModesStatuses) {
+TEST(HostProgramTest, EvaluateChartAndReportEndWithTheWindowModesStatuses) {
     QTemporaryDir dir;
     const QString svg = dir.filePath(QStringLiteral("rent.svg"));
     const QString png = dir.filePath(QStringLiteral("docks.png"));
-    const QString good = dataFile("good.json");
+    const QString good = dataFile("good.json"), bad = dataFile("bad_property.json");
+    const QString report = dir.filePath(QStringLiteral("good.pdf")), noReport = dir.filePath(QStringLiteral("bad.pdf"));
     const struct { const char* name; QStringList arguments; QString stdoutFile; int status; const char* err; } cases[] = {
         {"the sample", {QStringLiteral("--evaluate")}, {}, 0, ""},
         {"a problem file", {QStringLiteral("--evaluate"), good}, {}, 0, ""},
-        {"a bad problem file", {QStringLiteral("--evaluate"), dataFile("bad_property.json")}, {}, 2,
+        {"a bad problem file", {QStringLiteral("--evaluate"), bad}, {}, 2,
          "attributes[2].property: expected \"cost\" or \"benefit\", found \"big\"\n"},
+        {"a report", {QStringLiteral("--report"), report, good}, {}, 0, ""},
+        {"no report of a bad file", {QStringLiteral("--report"), noReport, bad}, {}, 2, "found \"big\"\n"},
         {"two problem files", {QStringLiteral("--evaluate"), good, good}, {}, 2, "give at most one problem file\n"},
         {"output that cannot be written", {QStringLiteral("--evaluate")}, QStringLiteral("/dev/full"), 1,
          "kelmar-host: standard output cannot be written\n"},
@@ -55,6 +59,8 @@ TEST(HostProgramTest, EvaluateAndChartEndWithTheWindowModesStatuses) {
                                          QStringLiteral("Floor area"), QStringLiteral("Loading docks"),
                                          QStringLiteral("Labour pool")},
                                         evaluateProblem(sampleProblem())));
+    EXPECT_TRUE(QFileInfo::exists(report));
+    EXPECT_FALSE(QFileInfo::exists(noReport));
     QFile drawing(svg);
     ASSERT_TRUE(drawing.open(QIODevice::ReadOnly));
     const QByteArray text = drawing.readAll();

@@ -79,31 +79,6 @@ TEST(ReportTest, TheReportSaysWhatWasBuiltAndDrawsItsChartsAsVectors) {
     EXPECT_EQ(images.size(), 2) << images.join(QLatin1Char('\n')).toStdString();
 }
 
-// The program writes the report of a good file quietly and nothing at all
-// for a bad one.
-TEST(ReportTest, TheProgramWritesTheReportOfAGoodFileOnly) {
-    QTemporaryDir dir;
-    const struct { const char* name; QString problem; int status; bool written; } cases[] = {
-        {"the sample", {}, 0, true},
-        {"a problem file", dataFile("good.json"), 0, true},
-        {"a bad problem file", dataFile("bad_property.json"), 2, false},
-    };
-    for (const auto& c : cases) {
-        const QString pdf = dir.filePath(QString::fromLatin1(c.name) + QStringLiteral(".pdf"));
-        QStringList arguments{QStringLiteral("--report"), pdf};
-        if (!c.problem.isEmpty()) arguments << c.problem;
-        QProcess p;
-        p.start(QStringLiteral(KELMAR_HOST_PATH), arguments);
-        ASSERT_TRUE(p.waitForFinished(120000));
-        const QByteArray err = p.readAllStandardError();
-        EXPECT_EQ(p.exitCode(), c.status) << c.name;
-        EXPECT_EQ(QFileInfo::exists(pdf), c.written) << c.name;
-        if (c.written) {
-            EXPECT_TRUE(err.isEmpty()) << c.name << ": " << err.toStdString();
-        }
-    }
-}
-
 // A compared attribute's chart file carries what the screen shows: the
 // score axis' caption, the legend, the largest difference, the turn-back
 // line and the names of the alternatives; the SVG is Qt's own.

@@ -69,12 +69,6 @@ protected:
         sendMouse(slider(), QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
     }
 
-    // Sets the slider (as a drag's moves would) and judges that score.
-    bool judge(int position) {
-        slider()->setValue(position);
-        return page->FitMidpoint();
-    }
-
     // Presses twice in a row as the window system sends a double-click.
     void doubleClick(QPoint at, Qt::MouseButton button) {
         for (const QEvent::Type press : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick}) {
@@ -84,9 +78,9 @@ protected:
     }
 
     // The score of the point worth one half: the judged score.
-    static double judgedScore() {
-        for (int k = 0; k < w().SmpSize(0).toInteger(); ++k) {
-            if (w().SmpY(0, k).toDouble() == 0.5) return w().SmpX(0, k).toDouble();
+    static double judgedScore(int att = 0) {
+        for (int k = 0; k < w().SmpSize(att).toInteger(); ++k) {
+            if (w().SmpY(att, k).toDouble() == 0.5) return w().SmpX(att, k).toDouble();
         }
         return -1.0;
     }
@@ -111,32 +105,39 @@ TEST_F(MidPointTest, TheSliderShowsTheScoreAsCurrencyText) {
     EXPECT_EQ(page->sliderText(), QStringLiteral("30"));
 }
 
-TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsLinearNearTheCentre) {
+TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsLinearNearTheCentreAndSetsTheRiskAttitude) {
     // Price runs 0 .. 100 (a position is 0.05); r is measured on the copy of
-    // the range, which for the first rows is wider.
+    // the range, which for the first rows is wider. Price (benefit) and Noise
+    // (cost) alike: below the centre is "Risk Prone" (lit 2), at or above
+    // "Risk Averse" (0), a linear judgment "Risk Neutral" (1).
     enum Outcome { Refused, Linear, Curve };
     const struct {
-        double copyMaximum;
+        int att;
+        double copyMaximum;  // 0: as the problem has it
         int position;
         Outcome outcome;
+        int lit;
     } rows[] = {
-        {500.0, 10, Refused},  // r = 0.001
-        {500.0, 11, Curve},    // r = 0.0011
-        {100.0, 1990, Refused},  // r = 0.995
-        {100.0, 1989, Curve},    // r = 0.9945
-        {100.0, 1001, Linear},   // r = 0.5005
-        {100.0, 999, Linear},    // r = 0.4995
-        {100.0, 1002, Curve},    // r = 0.501
-        {100.0, 998, Curve},     // r = 0.499
+        {0, 500.0, 10, Refused, -1},  // r = 0.001
+        {0, 500.0, 11, Curve, -1},    // r = 0.0011
+        {0, 100.0, 1990, Refused, -1},  // r = 0.995
+        {0, 100.0, 1989, Curve, 0},     // r = 0.9945
+        {0, 100.0, 1001, Linear, 1},    // r = 0.5005
+        {0, 100.0, 999, Linear, 1},     // r = 0.4995
+        {0, 100.0, 1002, Curve, 0},     // r = 0.501
+        {0, 100.0, 998, Curve, 2},      // r = 0.499
+        {0, 100.0, 600, Curve, 2},
+        {1, 0.0, 1200, Curve, 0},
+        {1, 0.0, 996, Curve, 2},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.position);
+        SCOPED_TRACE(testing::Message() << row.att << " " << row.position);
         SetUp();
-        w().ScoreMaximumCopy(0) = row.copyMaximum;
+        if (row.copyMaximum > 0) w().ScoreMaximumCopy(0) = row.copyMaximum;
+        open(row.att);
+        slider()->setValue(row.position == 1000 ? 1100 : 1000);
         messages.clear();
-        open();
-        const bool accepted = judge(row.position);
-        EXPECT_EQ(accepted, row.outcome != Refused);
+        slide(row.position);
         if (row.outcome == Refused) {
             EXPECT_EQ(messages, (std::vector<QString>{
                                     "QUARN|You have set an unreasonable value for the middle preferential score!|" +
@@ -145,16 +146,19 @@ TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsLinearNearTheCentre) {
             continue;
         }
         EXPECT_TRUE(messages.empty());
-        EXPECT_EQ(w().VFunType(0).toInteger(), row.outcome == Linear ? 0 : 1);
+        for (int k = 0; k < 3 && row.lit >= 0; ++k)
+            EXPECT_EQ(child<QLabel>(QStringLiteral("lblRiskAttitude_%1").arg(k))->font().bold(), k == row.lit) << k;
+        EXPECT_EQ(w().VFunType(row.att).toInteger(), row.outcome == Linear ? 0 : 1);
         if (row.outcome == Linear) {
             EXPECT_EQ(w().VFunParA(0).toString(), QStringLiteral("0.010000"));
             EXPECT_EQ(w().VFunParB(0).toString(), QStringLiteral("0.000000"));
             EXPECT_EQ(judgedScore(), 50.0);
         } else {
             // The exponential takes all eleven points the record holds.
-            EXPECT_EQ(w().SmpSize(0).toInteger(), 11);
-            EXPECT_EQ(judgedScore(), page->middleShown());
-            EXPECT_EQ(w().VFunParA(0).toString().size() - w().VFunParA(0).toString().indexOf('.'), 7);
+            EXPECT_EQ(w().SmpSize(row.att).toInteger(), 11);
+            EXPECT_EQ(judgedScore(row.att), page->middleShown());
+            const QString parA = w().VFunParA(row.att).toString();
+            EXPECT_EQ(parA.size() - parA.indexOf('.'), 7);
         }
     }
 }
@@ -260,25 +264,6 @@ TEST_F(MidPointTest, FinishExportsTheJudgedExponentialAndThePageSaysWhereItCanno
             EXPECT_NEAR(sink.exportedValues(a, 0).toDouble(), ExponentialValue(33.0 * a, 0.0, 100.0, rate, false),
                         0.005);
         }
-    }
-}
-
-TEST_F(MidPointTest, TheRiskAttitudeFollowsTheJudgedScore) {
-    // Price (benefit) and Noise (cost) alike: below the centre is "Risk
-    // Prone", at or above "Risk Averse", a linear judgment "Risk Neutral".
-    const struct {
-        int att;
-        int position;
-        int lit;
-    } rows[] = {{0, 600, 2}, {0, 1004, 0}, {0, 1000, 1}, {1, 1200, 0}, {1, 996, 2}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.att << " " << row.position);
-        SetUp();
-        open(row.att);
-        slider()->setValue(row.position == 1000 ? 1100 : 1000);
-        slide(row.position);
-        for (int k = 0; k < 3; ++k)
-            EXPECT_EQ(child<QLabel>(QStringLiteral("lblRiskAttitude_%1").arg(k))->font().bold(), k == row.lit) << k;
     }
 }
 
