@@ -190,16 +190,22 @@ ValueFunction curve(std::initializer_list<QPointF> points) {
     return f;
 }
 
-TEST(ComparisonTest, LargestDifferenceOnKnownCurves) {
-    const struct { const char* name; ValueFunction a, b; double value, score; } cases[] = {
+// The largest difference between a and b, and where b turns back.
+TEST(ComparisonTest, LargestDifferenceAndTurnOnKnownCurves) {
+    const ValueFunction concave = curve({{0, 0}, {25, 0.5}, {50, 0.71}, {75, 0.87}, {100, 1}}),
+                        flat = curve({{0, 0.5}, {100, 0.5}}), dip = curve({{0, 1}, {25, 0.5}, {50, 0.8}, {100, 0}});
+    const struct { const char* name; ValueFunction a, b; double value, score; std::optional<double> lo, hi; } cases[] = {
         {"the same line, differently sampled", curve({{0, 0}, {100, 1}}),
-         curve({{0, 0}, {25, 0.25}, {50, 0.5}, {100, 1}}), 0.0, 0.0},
+         curve({{0, 0}, {25, 0.25}, {50, 0.5}, {100, 1}}), 0.0, 0.0, {}, {}},
         {"a steeper line reaches the top at 50", curve({{0, 0}, {100, 1}}), curve({{0, 0}, {50, 1}}),
-         0.5, 50.0},
+         0.5, 50.0, {}, {}},
         {"a wider range: apart most where the narrower ends", curve({{0, 0}, {100, 1}}),
-         curve({{0, 0}, {200, 1}}), 0.5, 100.0},
+         curve({{0, 0}, {200, 1}}), 0.5, 100.0, {}, {}},
         {"falling lines offset in range", curve({{0, 1}, {100, 0}}), curve({{20, 1}, {100, 0}}), 0.2,
-         20.0},
+         20.0, {}, {}},
+        {"concave", concave, concave, 0.0, 0.0, {}, {}},
+        {"flat", flat, flat, 0.0, 0.0, {}, {}},
+        {"a falling curve with a dip", dip, dip, 0.0, 0.0, 15.0, 35.0},
     };
     for (const auto& c : cases) {
         const Difference d = largestDifference(c.a, c.b);
@@ -207,18 +213,7 @@ TEST(ComparisonTest, LargestDifferenceOnKnownCurves) {
         if (c.value > 0) {
             EXPECT_NEAR(d.score, c.score, 1e-6) << c.name;
         }
-    }
-}
-
-TEST(ComparisonTest, ACurveThatTurnsBackIsFlaggedWithTheScore) {
-    const struct { const char* name; ValueFunction f; std::optional<double> lo, hi; } cases[] = {
-        {"a rising line", curve({{0, 0}, {50, 0.5}, {100, 1}}), {}, {}},
-        {"concave", curve({{0, 0}, {25, 0.5}, {50, 0.71}, {75, 0.87}, {100, 1}}), {}, {}},
-        {"flat", curve({{0, 0.5}, {100, 0.5}}), {}, {}},
-        {"a falling curve with a dip", curve({{0, 1}, {25, 0.5}, {50, 0.8}, {100, 0}}), 15.0, 35.0},
-    };
-    for (const auto& c : cases) {
-        const std::optional<double> turn = turningScore(c.f);
+        const std::optional<double> turn = turningScore(c.b);
         ASSERT_EQ(turn.has_value(), c.lo.has_value()) << c.name;
         if (turn) {
             EXPECT_TRUE(*turn >= *c.lo && *turn <= *c.hi) << c.name << ": " << *turn;

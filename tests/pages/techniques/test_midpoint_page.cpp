@@ -105,30 +105,38 @@ TEST_F(MidPointTest, TheSliderShowsTheScoreAsCurrencyText) {
     EXPECT_EQ(page->sliderText(), QStringLiteral("30"));
 }
 
-TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsLinearNearTheCentreAndSetsTheRiskAttitude) {
+TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsOrJudgedAndFinishedWithItsRiskAttitude) {
     // Price runs 0 .. 100 (a position is 0.05); r is measured on the copy of
-    // the range, which for the first rows is wider. Price (benefit) and Noise
-    // (cost) alike: below the centre is "Risk Prone" (lit 2), at or above
-    // "Risk Averse" (0), a linear judgment "Risk Neutral" (1).
+    // the range, which for some rows is wider or narrower. Price (benefit)
+    // and Noise (cost) alike: below the centre is "Risk Prone" (lit 2), at or
+    // above "Risk Averse" (0), a linear judgment "Risk Neutral" (1).
+    // Finish then gives the judged score one half and every score within
+    // 0.005 of the exponential; one judged a twentieth of a hundredth above
+    // the lower end of a narrow copy cannot follow the exponential that
+    // closely, and the page says how far it strays.
     enum Outcome { Refused, Linear, Curve };
+    enum Finish { NoFinish, Follows, Strays };
     const struct {
         int att;
         double copyMaximum;  // 0: as the problem has it
         int position;
         Outcome outcome;
         int lit;
+        Finish finish;
     } rows[] = {
-        {0, 500.0, 10, Refused, -1},  // r = 0.001
-        {0, 500.0, 11, Curve, -1},    // r = 0.0011
-        {0, 100.0, 1990, Refused, -1},  // r = 0.995
-        {0, 100.0, 1989, Curve, 0},     // r = 0.9945
-        {0, 100.0, 1001, Linear, 1},    // r = 0.5005
-        {0, 100.0, 999, Linear, 1},     // r = 0.4995
-        {0, 100.0, 1002, Curve, 0},     // r = 0.501
-        {0, 100.0, 998, Curve, 2},      // r = 0.499
-        {0, 100.0, 600, Curve, 2},
-        {1, 0.0, 1200, Curve, 0},
-        {1, 0.0, 996, Curve, 2},
+        {0, 500.0, 10, Refused, -1, NoFinish},  // r = 0.001
+        {0, 500.0, 11, Curve, -1, NoFinish},    // r = 0.0011
+        {0, 100.0, 1990, Refused, -1, NoFinish},  // r = 0.995
+        {0, 100.0, 1989, Curve, 0, NoFinish},     // r = 0.9945
+        {0, 100.0, 1001, Linear, 1, Follows},     // r = 0.5005
+        {0, 100.0, 999, Linear, 1, NoFinish},     // r = 0.4995
+        {0, 100.0, 1002, Curve, 0, NoFinish},     // r = 0.501
+        {0, 100.0, 998, Curve, 2, NoFinish},      // r = 0.499
+        {0, 100.0, 200, Curve, 2, Follows},
+        {0, 100.0, 1800, Curve, 0, Follows},
+        {0, 1.0, 1, Curve, -1, Strays},
+        {1, 0.0, 1200, Curve, 0, NoFinish},
+        {1, 0.0, 996, Curve, 2, NoFinish},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.att << " " << row.position);
@@ -159,6 +167,20 @@ TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsLinearNearTheCentreAndSet
             EXPECT_EQ(judgedScore(row.att), page->middleShown());
             const QString parA = w().VFunParA(row.att).toString();
             EXPECT_EQ(parA.size() - parA.indexOf('.'), 7);
+        }
+        if (row.finish == NoFinish) continue;
+        double middle = w().ScoreMiddle(0).toDouble();
+        std::int16_t att = 0;
+        const double rate = MiddleScoreRate(att, middle);
+        const QString strays = QStringLiteral("The exported curve strays up to %1 from the judged exponential.")
+                                   .arg(fmt::formatNumber(ExponentialCurveGap(0), QStringLiteral("0.0###")));
+        EXPECT_EQ(child<QLabel>(QStringLiteral("lblCurveGap"))->text(), row.finish == Strays ? strays : QString());
+        for (int a = 0; a < 4; ++a) w().AltPScore(a, 0) = a == 0 ? middle : 33.0 * a;
+        click("cmdFinish");
+        EXPECT_EQ(sink.exportedValues(0, 0).toDouble(), 0.5);
+        for (int a = 1; a < 4 && row.finish == Follows; ++a) {
+            EXPECT_NEAR(sink.exportedValues(a, 0).toDouble(), ExponentialValue(33.0 * a, 0.0, 100.0, rate, false),
+                        0.005);
         }
     }
 }
@@ -231,40 +253,6 @@ TEST_F(MidPointTest, EveryPressOfADoubleClickIsJudgedAndOnlyTheLeftButtonMoves) 
     EXPECT_EQ(w().ScoreMiddle(0).toDouble(), slider()->value() * 0.05);
     EXPECT_EQ(judgedScore(), slider()->value() * 0.05);
     EXPECT_EQ(child<QLineEdit>(QStringLiteral("txtExact"))->text().toDouble(), slider()->value() * 0.05);
-}
-
-TEST_F(MidPointTest, FinishExportsTheJudgedExponentialAndThePageSaysWhereItCannot) {
-    // Middles judged at 10, 50 and 90 of 0 .. 100: Finish gives the judged
-    // score one half and every score within 0.005 of the exponential. One
-    // judged on a narrower copy of the range lies a twentieth of a hundredth
-    // above the lower end of the curve's range: the curve cannot follow the
-    // exponential that closely, and the page says how far it strays.
-    const struct {
-        int position;
-        double copyMaximum;
-        bool strays;
-    } rows[] = {{200, 100.0, false}, {1000, 100.0, false}, {1800, 100.0, false}, {1, 1.0, true}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.position);
-        SetUp();
-        w().ScoreMaximumCopy(0) = row.copyMaximum;
-        open();
-        slider()->setValue(row.position == 1000 ? 1100 : 1000);
-        slide(row.position);
-        double middle = w().ScoreMiddle(0).toDouble();
-        std::int16_t att = 0;
-        const double rate = MiddleScoreRate(att, middle);
-        const QString strays = QStringLiteral("The exported curve strays up to %1 from the judged exponential.")
-                                   .arg(fmt::formatNumber(ExponentialCurveGap(0), QStringLiteral("0.0###")));
-        EXPECT_EQ(child<QLabel>(QStringLiteral("lblCurveGap"))->text(), row.strays ? strays : QString());
-        for (int a = 0; a < 4; ++a) w().AltPScore(a, 0) = a == 0 ? middle : 33.0 * a;
-        click("cmdFinish");
-        EXPECT_EQ(sink.exportedValues(0, 0).toDouble(), 0.5);
-        for (int a = 1; a < 4 && !row.strays; ++a) {
-            EXPECT_NEAR(sink.exportedValues(a, 0).toDouble(), ExponentialValue(33.0 * a, 0.0, 100.0, rate, false),
-                        0.005);
-        }
-    }
 }
 
 TEST_F(MidPointTest, PrintPutsAnImageOfThePageOnThePrinterAndSaysSoWithoutOne) {

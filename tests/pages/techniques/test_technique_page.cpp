@@ -1,7 +1,7 @@
 // The Direct Rating page through the common skeleton: the drag rules, the
 // keys and the labels, sample size, Linear, Restore, the risk attitude,
-// navigation and a failing Finish; then the tab order, the load sequence and
-// the decoration bands of the rating chart.
+// navigation and a failing Finish; then the tab order and the decoration
+// bands of the rating chart.
 #include "TechniqueFixture.h"
 
 #include <kelmar/KelmarDll.h>
@@ -228,17 +228,6 @@ TEST_F(DirectRatingTest, RiskAttitudeFollowsTheMiddleScoreAndTheMethodCode) {
         EXPECT_EQ(wizardData().ScoreMiddle(0).toDouble() < 50.0, m.belowCentre);
         EXPECT_EQ(highlighted(), m.shown);
     }
-}
-
-// Loading tells the host what the step is for. (That choosing another
-// attribute and back keeps every point to the bit, the random-input run
-// checks on every page; the marks of a seven-point function and of a cost
-// attribute: the Linear and Restore table and the drag table.)
-TEST_F(DirectRatingTest, LoadTellsTheHostWhatTheStepIsFor) {
-    page = std::make_unique<frmKelDirectRating>();
-    page->setEventSink(&sink);
-    page->load();
-    EXPECT_EQ(sink.events, std::vector<std::string>{"Msg:Specify single-attribute value functions."});
 }
 
 // The decoration bands: drawn only for the method codes that ask for them,
