@@ -269,7 +269,6 @@ QString frmKelMidPoint::moveToExact(int index, double typed) {
 void frmKelMidPoint::afterExact(int index) {
     Q_UNUSED(index)
     judgeMiddle();
-    placeSlider();
 }
 
 bool frmKelMidPoint::FitMidpoint() {
