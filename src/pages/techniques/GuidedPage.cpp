@@ -68,6 +68,16 @@ void GuidedPage::releaseAsMoved(int index) {
 
 void GuidedPage::rememberJudgment(int index) { RememberJudgedPoint(currentAttribute(), moveJudged_, index); }
 
+QString GuidedPage::moveToExact(int index, double typed) {
+    const JudgmentResult result = judgeTyped(index, typed);
+    if (!result.accepted) lblRefusal->clear();
+    return result.reason;
+}
+
+double GuidedPage::exactQuantity(int index) const {
+    return wizardData().SmpX(currentAttribute(), index).toDouble();
+}
+
 void GuidedPage::onMarkPressed(int index) {
     Q_UNUSED(index)
     pressJudged_ = JudgedPoints(currentAttribute());

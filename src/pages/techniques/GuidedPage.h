@@ -37,6 +37,16 @@ protected:
 
     void onMarkPressed(int index) override;
 
+    // A typed answer for point index, judged by the page's own judgment,
+    // which says on the page why it refused it and redraws what it took.
+    virtual JudgmentResult judgeTyped(int index, double typed) = 0;
+    // Typed answers go through judgeTyped; a refusal is told once, beside
+    // the typed number.
+    QString moveToExact(int index, double typed) final;
+    void afterExact(int index) final { Q_UNUSED(index) }
+    // By default a typed answer is the point's score.
+    double exactQuantity(int index) const override;
+
     QLabel* lblRefusal = nullptr;
 
 private:

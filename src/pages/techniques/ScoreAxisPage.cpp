@@ -276,18 +276,7 @@ bool ScoreAxisPage::MovePoint(int index, double x) {
     return true;
 }
 
-double ScoreAxisPage::exactQuantity(int index) const {
-    return wizardData().SmpX(currentAttribute(), index).toDouble();
-}
-
 QString ScoreAxisPage::exactCaption() const { return tr("Exact score:"); }
-
-QString ScoreAxisPage::moveToExact(int index, double typed) {
-    // The reason stands beside the typed number, once.
-    const JudgmentResult result = judgeScore(index, typed);
-    if (!result.accepted) lblRefusal->clear();
-    return result.reason;
-}
 
 JudgmentResult ScoreAxisPage::judgeScore(int index, double score) {
     const JudgmentResult result = placeTypedScore(index, score);

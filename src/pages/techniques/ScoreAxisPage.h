@@ -71,10 +71,8 @@ protected:
     // A typed answer is the selected point's score, judged as a released
     // drag to it.
     int exactPoint() const override { return selected_; }
-    double exactQuantity(int index) const override;
     QString exactCaption() const override;
-    QString moveToExact(int index, double typed) override;
-    void afterExact(int index) override { Q_UNUSED(index) }
+    JudgmentResult judgeTyped(int index, double typed) override { return judgeScore(index, typed); }
     void refreshPage() override;
 
     // After a move of point index: the read-outs, the function fitted to

@@ -189,18 +189,7 @@ void frmKelVarC::onMarkReleased(int index) {
     showConsistency();
 }
 
-double frmKelVarC::exactQuantity(int index) const {
-    return wizardData().SmpX(currentAttribute(), index).toDouble();
-}
-
 QString frmKelVarC::exactCaption() const { return tr("Exact sure score:"); }
-
-QString frmKelVarC::moveToExact(int index, double typed) {
-    // The reason stands beside the typed number, once.
-    const JudgmentResult result = judgeSureScore(index, typed);
-    if (!result.accepted) lblRefusal->clear();
-    return result.reason;
-}
 
 bool frmKelVarC::lotteryPremium(int index, LotteryPremium& premium) const {
     if (index <= 0 || static_cast<std::size_t>(index) + 1 >= wizardData().BisectionTable.size()) return false;

@@ -45,10 +45,8 @@ protected:
     void onMarkReleased(int index) override;
     // A typed answer is the sure score of the lottery under judgment.
     int exactPoint() const override { return JudgedPoint; }
-    double exactQuantity(int index) const override;
     QString exactCaption() const override;
-    QString moveToExact(int index, double typed) override;
-    void afterExact(int index) override { Q_UNUSED(index) }
+    JudgmentResult judgeTyped(int index, double typed) override { return judgeSureScore(index, typed); }
     bool lotteryPremium(int index, LotteryPremium& premium) const override;
     std::int16_t sizeForListIndex(int listIndex) const override;
     QStringList sampleSizeEntries() const override;

@@ -244,13 +244,6 @@ QString frmKelVarP::exactText(int index) const {
 
 QString frmKelVarP::exactCaption() const { return tr("Exact probability:"); }
 
-QString frmKelVarP::moveToExact(int index, double typed) {
-    // The reason stands beside the typed number, once.
-    const JudgmentResult result = judgeProbability(index, typed, true);
-    if (!result.accepted) lblRefusal->clear();
-    return result.reason;
-}
-
 bool frmKelVarP::lotteryPremium(int index, LotteryPremium& premium) const {
     if (index <= 0 || index >= sampleSize() - 1) return false;
     premium = ProbabilityPremium(currentAttribute(), static_cast<std::int16_t>(index));

@@ -51,8 +51,7 @@ protected:
     double exactQuantity(int index) const override;
     QString exactText(int index) const override;
     QString exactCaption() const override;
-    QString moveToExact(int index, double typed) override;
-    void afterExact(int index) override { Q_UNUSED(index) }
+    JudgmentResult judgeTyped(int index, double typed) override { return judgeProbability(index, typed, true); }
     bool lotteryPremium(int index, LotteryPremium& premium) const override;
     void drawRatingChart() override;
     void onMarkPressed(int index) override;
