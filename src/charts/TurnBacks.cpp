@@ -24,17 +24,9 @@ bool CostOrientedAttribute(std::int16_t att) {
 
 std::vector<TurnBack> DrawnTurnBacks(std::int16_t att) {
     WizardData& w = wizardData();
-    std::int16_t n = w.SmpSize(att).toInteger();
-    if (n < 2) return {};
-    VariantArray xs(0, n - 1), ys(0, n - 1);
-    for (int k = 0; k < n; ++k) {
-        xs(k) = w.SmpX(att, k);
-        ys(k) = w.SmpY(att, k);
-    }
-    const double scoreMin = w.ScoreMinimum(att).toDouble();
-    const double scoreMax = w.ScoreMaximum(att).toDouble();
-    return TurnBackStretches(SampleCurve(xs, ys, n, scoreMin, scoreMax), scoreMin, scoreMax,
-                             CostOrientedAttribute(att));
+    if (w.SmpSize(att).toInteger() < 2) return {};
+    return TurnBackStretches(SampleAttributeCurve(att), w.ScoreMinimum(att).toDouble(),
+                             w.ScoreMaximum(att).toDouble(), CostOrientedAttribute(att));
 }
 
 void ShadeTurnBacks(DrawSurface& pic, const std::vector<TurnBack>& stretches, double scoreMin, double scoreMax) {

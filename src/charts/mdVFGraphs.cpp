@@ -141,13 +141,8 @@ std::vector<QString> ValueLabels(std::int16_t maxVal, std::int16_t valueTicks) {
     return labels;
 }
 
-void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
+std::vector<float> SampleAttributeCurve(std::int16_t att) {
     WizardData& w = wizardData();
-    QString title = QStringLiteral("Value Function Curve on ") + w.AttName(att).toString().trimmed();
-
-    std::int16_t pointCount = kPointCount;
-    std::int16_t seriesCount = 1;
-
     std::int16_t n = w.SmpSize(att).toInteger();
     const std::int16_t last = checkedSub(n, 1);
     if (last < 0) throw RuntimeError(RuntimeError::SubscriptOutOfRange);
@@ -158,17 +153,29 @@ void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
     }
     double scoreMin = w.ScoreMinimum(att).toDouble();
     double scoreMax = w.ScoreMaximum(att).toDouble();
+    return SampleCurve(xs, ys, n, scoreMin, scoreMax);
+}
+
+std::vector<TurnBack> DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal) {
+    WizardData& w = wizardData();
+    QString title = QStringLiteral("Value Function Curve on ") + w.AttName(att).toString().trimmed();
+
+    std::int16_t pointCount = kPointCount;
+    std::int16_t seriesCount = 1;
+
     std::vector<std::vector<float>> table(2, std::vector<float>(kPointCount + 1, 0.0f));
-    table[1] = SampleCurve(xs, ys, n, scoreMin, scoreMax);
+    table[1] = SampleAttributeCurve(att);
+    double scoreMin = w.ScoreMinimum(att).toDouble();
+    double scoreMax = w.ScoreMaximum(att).toDouble();
 
     std::int16_t valueTicks = 4;
     std::vector<QString> labels = ValueLabels(maxVal, valueTicks);
     DrawVFAxes(pic, title, valueTicks, labels, pointCount, scoreMin, scoreMax);
-    // Where the curve turns back it lies on a shaded ground.
-    ShadeTurnBacks(pic, TurnBackStretches(table[1], scoreMin, scoreMax, CostOrientedAttribute(att)), scoreMin,
-                   scoreMax);
+    std::vector<TurnBack> turnBacks = TurnBackStretches(table[1], scoreMin, scoreMax, CostOrientedAttribute(att));
+    ShadeTurnBacks(pic, turnBacks, scoreMin, scoreMax);
     double divisor = 1.0;
     DrawVFSeries(pic, pointCount, seriesCount, table, divisor);
+    return turnBacks;
 }
 
 void SetVFChartScale(DrawSurface& pic) {

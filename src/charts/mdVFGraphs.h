@@ -1,6 +1,8 @@
 // Drawing routines shared by the pages (module mdVFGraphs).
 #pragma once
 
+#include "model/Consistency.h"
+
 #include <kelmar/Variant.h>
 
 #include <QString>
@@ -14,8 +16,12 @@ class DrawSurface;
 
 // The value function chart of attribute att: title, the 33-point curve
 // (clipped to 0..1), axes, grid, tick labels and the "V(s)" caption.
-// maxVal (1 or 100) chooses the value labels.
-void DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal);
+// maxVal (1 or 100) chooses the value labels. Where the curve turns back
+// it lies on a shaded ground; the result is those stretches.
+std::vector<TurnBack> DrawVFChart(DrawSurface& pic, std::int16_t& att, std::int16_t& maxVal);
+// The curve of attribute att through its sample points at the chart's
+// scores (SampleCurve); error 9 for an attribute without points.
+std::vector<float> SampleAttributeCurve(std::int16_t att);
 
 // The user scale of the value function chart, in which the plot box runs
 // from 0 to 100 both ways (values upwards); the axes routine sets it, and a

@@ -470,8 +470,7 @@ void TechniquePage::drawValueChart() {
     WizardData& w = wizardData();
     std::int16_t att = w.SelAtt;
     std::int16_t maxVal = w.MaxVal;
-    DrawVFChart(*picVFChart, att, maxVal);
-    showConsistency();
+    showConsistency(DrawVFChart(*picVFChart, att, maxVal));
     showExact();
 }
 
@@ -834,12 +833,12 @@ void TechniquePage::applyTypedAnswer() {
     });
 }
 
-void TechniquePage::showConsistency() {
+void TechniquePage::showConsistency(const std::vector<TurnBack>& turnBacks) {
     if (lblTurnBack == nullptr) return;
     const std::int16_t att = currentAttribute();
     const bool cost = CostOrientedAttribute(att);
     QStringList stretches;
-    for (const TurnBack& t : DrawnTurnBacks(att))
+    for (const TurnBack& t : turnBacks)
         stretches << tr("%1 and %2").arg(fmt::formatNumber(t.from, QStringLiteral("0.00")),
                                          fmt::formatNumber(t.to, QStringLiteral("0.00")));
     const QString turnBack =

@@ -210,9 +210,10 @@ protected:
     // txtExact shows the quantity of the selected point; an earlier note
     // goes.
     void showExact();
-    // The words under the value chart: where the curve turns back and, on
-    // the lottery pages, the premiums of the judged lotteries.
-    void showConsistency();
+    // The words under the value chart: where the curve turns back (the
+    // stretches the chart shaded) and, on the lottery pages, the premiums of
+    // the judged lotteries.
+    void showConsistency(const std::vector<TurnBack>& turnBacks);
 
     // --- Common handlers (pages may extend them) -------------------------
     void onLoad() override;

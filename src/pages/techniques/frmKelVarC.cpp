@@ -1,5 +1,6 @@
 #include "pages/techniques/frmKelVarC.h"
 
+#include "charts/TurnBacks.h"
 #include "component/PageRegistry.h"
 #include "model/Format.h"
 #include "pages/techniques/LotteryDiagram.h"
@@ -186,7 +187,7 @@ void frmKelVarC::onMarkReleased(int index) {
         selectMark(JudgedPoint);
     }
     DrawCertaintyChart();
-    showConsistency();
+    showConsistency(DrawnTurnBacks(att));
 }
 
 QString frmKelVarC::exactCaption() const { return tr("Exact sure score:"); }
