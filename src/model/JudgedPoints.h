@@ -27,6 +27,15 @@ void RecordJudgedPoints(std::int16_t att, const std::vector<bool>& judged);
 // points before the judgment (read afresh when it is not for att's size).
 void RememberJudgedPoint(std::int16_t att, std::vector<bool> judged, int index);
 
+// The first point of `order` that `judged` does not mark; the first of the
+// order when every one is marked, `none` for an empty order.
+template <typename Point>
+Point FirstUnjudged(const std::vector<Point>& order, const std::vector<bool>& judged, Point none) {
+    for (const Point k : order)
+        if (static_cast<std::size_t>(k) < judged.size() && !judged[static_cast<std::size_t>(k)]) return k;
+    return order.empty() ? none : order.front();
+}
+
 // The nearest judged points below and above point index (index itself not
 // counted); the ends when none lies between.
 struct JudgedRoom {

@@ -160,10 +160,7 @@ void ScoreAxisPage::drawRatingChart() {
     // judgment not made yet (at the first when all are made).
     if (n != walkSize_ || selected_ < 0 || selected_ >= n) {
         walkSize_ = n;
-        const std::vector<bool> judged = JudgedPoints(att);
-        const auto open = std::find_if(order_.begin(), order_.end(),
-                                       [&judged](int k) { return !judged[static_cast<std::size_t>(k)]; });
-        selected_ = order_.empty() ? -1 : open != order_.end() ? *open : order_.front();
+        selected_ = FirstUnjudged(order_, JudgedPoints(att), -1);
         lblRefusal->clear();
     }
     DrawRatingChart(att, w.ScoreMinimum(att), w.ScoreMaximum(att), n, w.SmpX);

@@ -10,6 +10,8 @@
 #include <QLabel>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace kelmar {
 
@@ -18,6 +20,7 @@ KELMAR_REGISTER_PAGE(7, frmKelVarC)
 namespace {
 
 constexpr int kTextRows = 2;  // the point values, then the guidance
+constexpr double kValueGap = 1.5;  // kept free between two point values, in chart units
 
 }  // namespace
 
@@ -40,11 +43,7 @@ int frmKelVarC::listIndexForSize(std::int16_t size) const { return size == 5 ? 0
 
 std::int16_t frmKelVarC::firstJudgment() const {
     // The first lottery not judged yet; the first of all when every one is.
-    const std::vector<std::int16_t> order = CertaintyJudgmentOrder();
-    const std::vector<bool> judged = JudgedPoints(currentAttribute());
-    for (const std::int16_t k : order)
-        if (static_cast<std::size_t>(k) < judged.size() && !judged[static_cast<std::size_t>(k)]) return k;
-    return order.empty() ? 0 : order.front();
+    return FirstUnjudged(CertaintyJudgmentOrder(), JudgedPoints(currentAttribute()), std::int16_t(0));
 }
 
 void frmKelVarC::settlePoints() {
@@ -126,10 +125,25 @@ void frmKelVarC::ShowPointValues() {
     pic.filledBox(-8.0, lottery::kRowTop - 0.5, 108.0, lottery::kRowTop + lottery::kRowHeight - 0.5,
                   ole::ButtonFace);
     pic.setForeColor(ole::Black);
-    for (int i = 0; i < n; ++i) {
+    // Points close in score would print their values over each other: the
+    // ends and the point under judgment always show theirs, any other only
+    // where it stays clear of those already printed.
+    std::vector<int> order{0, n - 1};
+    if (JudgedPoint > 0 && JudgedPoint < n - 1) order.push_back(JudgedPoint);
+    const std::size_t always = order.size();
+    for (int i = 1; i < n - 1; ++i)
+        if (i != JudgedPoint) order.push_back(i);
+    std::vector<std::pair<double, double>> taken;
+    for (const int i : order) {
+        const QString text = fmt::formatNumber(w.SmpY(att, i).toDouble(), QStringLiteral("0.00"));
         const double x = lottery::ScorePosition(w.SmpX(att, i).toDouble(), low, high);
-        lottery::PrintCentred(pic, x, lottery::kRowTop,
-                              fmt::formatNumber(w.SmpY(att, i).toDouble(), QStringLiteral("0.00")));
+        const double half = pic.textWidth(text) / 2.0 + kValueGap / 2.0;
+        const bool clear = std::all_of(taken.begin(), taken.end(), [&](const std::pair<double, double>& box) {
+            return x + half <= box.first || x - half >= box.second;
+        });
+        if (taken.size() >= always && !clear) continue;
+        taken.emplace_back(x - half, x + half);
+        lottery::PrintCentred(pic, x, lottery::kRowTop, text);
     }
 }
 

@@ -93,13 +93,9 @@ void frmKelVarP::drawRatingChart() {
     // Inner points are judged from the lowest score up, starting with the
     // first one not judged yet (the first when all are).
     if (JudgedPoint < 0 || JudgedPoint >= n) {
-        const std::vector<bool> judged = JudgedPoints(att);
-        JudgedPoint = n > 2 ? 1 : 0;
-        for (std::int16_t k = 1; k + 1 < n; ++k)
-            if (!judged[static_cast<std::size_t>(k)]) {
-                JudgedPoint = k;
-                break;
-            }
+        std::vector<std::int16_t> inner;
+        for (std::int16_t k = 1; k + 1 < n; ++k) inner.push_back(k);
+        JudgedPoint = FirstUnjudged(inner, JudgedPoints(att), std::int16_t(0));
         lblRefusal->clear();
     }
     // A function of another technique keeps its points when the size
