@@ -172,6 +172,24 @@ TEST_F(VarCTest, DraggedSureScoreTakesTheMeanOfItsOutcomesAndLeadsOn) {
               "0.75");
 }
 
+TEST_F(VarCTest, PointValuesOfCrowdedPointsNeverPrintOverEachOther) {
+    open(1);
+    choose("cmbSmpSize", 1);
+    drag(4, 94.0);  // the unjudged 5 .. 7 make way into the last few units
+    ASSERT_GT(x(1, 7) - x(1, 5), 0.0);
+    std::vector<std::pair<double, double>> printed;
+    QStringList texts;
+    for (const auto& p : chart()->primitives())
+        if (p.kind == DrawPrimitive::Kind::Text && std::abs(p.p1.y() - lottery::kRowTop) < 1e-9) {
+            for (const auto& [left, right] : printed)
+                EXPECT_TRUE(p.p1.x() >= right || p.p1.x() + chart()->textWidth(p.text) <= left) << p.text.toStdString();
+            printed.emplace_back(p.p1.x(), p.p1.x() + chart()->textWidth(p.text));
+            texts << p.text;
+        }
+    EXPECT_TRUE(texts.contains("1.00") && texts.contains("0.00")) << texts.join(' ').toStdString();
+    EXPECT_TRUE(texts.contains(fmt::formatNumber(y(1, page->JudgedPoint), QStringLiteral("0.00"))));
+}
+
 TEST_F(VarCTest, ARoundOfJudgmentsExportsTheHalvings) {
     wizardData().VFunType(1) = std::int16_t(1);
     wizardData().VFTechniqueID(1) = std::int16_t(kDirectRating);
