@@ -401,14 +401,24 @@ QRectF DrawSurface::pixelBounds(const DrawPrimitive& p, QSizeF size) const {
         DesignFont& font = designFont(p.fontPointSize, p.bold);
         const double advance = DrawSurface::advance(font, p.text);
         const double height = font.metrics.height();
-        const double sx = size.width() / designSize_.width();
-        const double sy = size.height() / designSize_.height();
-        const QPointF at = px(p.p1) + QPointF(p.fromLeft ? 0.0 : advance * (sx - scale) / 2.0, height * (sy - scale) / 2.0);
+        const QPointF at = textOrigin(p, font, advance, size);
         const double reach = height * scale / 2.0 + 2.0;
         return QRectF(at, QSizeF(advance * scale, height * scale)).adjusted(-reach, -reach, reach, reach);
     }
     }
     return QRectF(QPointF(0, 0), size);
+}
+
+QPointF DrawSurface::textOrigin(const DrawPrimitive& p, const DesignFont& font, double advance, QSizeF size) const {
+    // Text keeps its proportions, so on a surface stretched more in one
+    // direction it is centred in the box it was measured to fill, or starts
+    // where it was printed.
+    const double scale = fontScale(size);
+    const double sx = size.width() / designSize_.width();
+    const double sy = size.height() / designSize_.height();
+    const QPointF at = mapToPixel(p.p1, size);
+    return {at.x() + (p.fromLeft ? 0.0 : advance * (sx - scale) / 2.0),
+            at.y() + font.metrics.height() * (sy - scale) / 2.0};
 }
 
 void DrawSurface::replay(QPainter& painter, QSizeF size) const { replay(painter, size, nullptr); }
@@ -474,23 +484,14 @@ void DrawSurface::replay(QPainter& painter, QSizeF size, const QRegion* area) co
         }
         case DrawPrimitive::Kind::Text: {
             // The text is laid out with the design-size font and scaled as
-            // a whole. It keeps its proportions, so on a surface stretched
-            // more in one direction it is centred in the box it was
-            // measured to fill.
+            // a whole.
             DesignFont& font = designFont(p.fontPointSize, p.bold);
-            const QFont& f = font.font;
-            const QFontMetricsF& fm = font.metrics;
-            const double advance = DrawSurface::advance(font, p.text);
-            const double sx = size.width() / designSize_.width();
-            const double sy = size.height() / designSize_.height();
-            const QPointF at = px(p.p1);
             painter.save();
-            painter.translate(at.x() + (p.fromLeft ? 0.0 : advance * (sx - scale) / 2.0),
-                              at.y() + fm.height() * (sy - scale) / 2.0);
+            painter.translate(textOrigin(p, font, DrawSurface::advance(font, p.text), size));
             painter.scale(scale, scale);
-            painter.setFont(f);
+            painter.setFont(font.font);
             painter.setPen(toQColor(p.color, pal));
-            painter.drawText(QPointF(0, fm.ascent()), p.text);
+            painter.drawText(QPointF(0, font.metrics.ascent()), p.text);
             painter.restore();
             break;
         }

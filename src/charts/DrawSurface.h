@@ -187,6 +187,9 @@ private:
     DesignFont& designFont(double pointSize, bool bold) const;
     DesignFont& currentFont() const { return designFont(fontPt_, fontBold_); }
     static double advance(DesignFont& font, const QString& text);
+    // Where text p, advance wide in font, starts its line box when the
+    // surface is size large (the box then scaled by fontScale).
+    QPointF textOrigin(const DrawPrimitive& p, const DesignFont& font, double advance, QSizeF size) const;
     // The pixels that p may touch when the surface is size large.
     QRectF pixelBounds(const DrawPrimitive& p, QSizeF size) const;
     // Replays the primitives that reach into area (all when it is null).
