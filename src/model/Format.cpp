@@ -128,6 +128,12 @@ QString formatValue(double value, int maxVal) {
                          : formatNumber(value, QStringLiteral("0.00"));
 }
 
+QString formatValueInText(double value, int maxVal) {
+    if (maxVal != 100) return formatNumber(value, QStringLiteral("0.00#"));
+    QString s = formatNumber(value * 100.0, QStringLiteral("0.#"));
+    return TrimTrailingPoint(s);
+}
+
 QString currencyText(double v) {
     // The currency type holds at most 922,337,203,685,477.5807.
     if (!std::isfinite(v) || std::fabs(v) > 922337203685477.5)

@@ -19,6 +19,10 @@ QString formatScore(double v);
 // A sample value (0 .. 1) as the pages show it: hundredths as a whole number
 // on the value range 100 ("73"), two decimals otherwise ("0.73").
 QString formatValue(double value, int maxVal);
+// A sample value in a sentence of guidance, with the digit a halving adds:
+// "87.5" rather than "88" on the value range 100, "0.125" rather than
+// "0.13" (and still "0.50") otherwise.
+QString formatValueInText(double value, int maxVal);
 
 // A score as a 4-decimal currency amount turned into text: at most four
 // decimals, no trailing zeros (2.5 -> "2.5", 1/3 -> "0.3333"). A number

@@ -67,7 +67,7 @@ QString frmKelBisection::judgmentText(int i, int step, int steps) const {
     std::int16_t rounds = 0;
     for (const BisectionRecord& row : w.BisectionTable) rounds = std::max(rounds, row.Level);
     const auto score = [&](int k) { return fmt::formatNumber(w.SmpX(att, k).toDouble(), QStringLiteral("0.00")); };
-    const auto value = [&](int k) { return fmt::formatValue(w.SmpY(att, k).toDouble(), w.MaxVal); };
+    const auto value = [&](int k) { return fmt::formatValueInText(w.SmpY(att, k).toDouble(), w.MaxVal); };
     return tr("Judgment %1 of %2, halving %3 of %4: place the selected point halfway in preference "
               "between %5 and %6, so that going from %5 to its score means as much to you as going "
               "from its score to %6. Its value, %7, lies halfway between %8 and %9. If one of the two "

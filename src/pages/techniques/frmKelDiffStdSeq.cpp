@@ -38,7 +38,7 @@ QString frmKelDiffStdSeq::judgmentText(int i, int step, int steps) const {
         .arg(step)
         .arg(steps)
         .arg(score(i - 1), score(i), score(i + 1),
-             fmt::formatValue(1.0 / (sampleSize() - 1), w.MaxVal));
+             fmt::formatValueInText(1.0 / (sampleSize() - 1), w.MaxVal));
 }
 
 void frmKelDiffStdSeq::onMoveAccepted(int index) {

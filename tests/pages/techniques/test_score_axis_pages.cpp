@@ -175,7 +175,7 @@ TEST_F(BisectionTest, TheWalkGoesThroughTheHalvingsInOrder) {
         {4, "Judgment 1 of 7, halving 1 of 3: place the selected point halfway in preference between 0.00 and 100.00", {0, 50}, {50, 100}},
         {2, "Judgment 2 of 7, halving 2 of 3: place the selected point halfway in preference between 0.00 and 50.00", {0, 25}, {25, 50}},
         {6, "Judgment 3 of 7, halving 2 of 3: place the selected point halfway in preference between 50.00 and 100.00", {50, 75}, {75, 100}},
-        {1, "between 0.00 and 25.00", {0, 12.5}, {12.5, 25}},
+        {1, "Its value, 0.125, lies halfway between 0.00 and 0.25.", {0, 12.5}, {12.5, 25}},
         {3, "between 25.00 and 50.00", {25, 37.5}, {37.5, 50}},
         {5, "between 50.00 and 75.00", {50, 62.5}, {62.5, 75}},
         {7, "Judgment 7 of 7, halving 3 of 3: place the selected point halfway in preference between 75.00 and 100.00", {75, 87.5}, {87.5, 100}},
@@ -234,7 +234,7 @@ TEST_F(DiffStdSeqTest, ShowsTheTwoStepsBesideTheSelectedPoint) {
     choose("cmbSmpSize", 1);
     EXPECT_EQ(page->judgedPoint(), 1) << "a new size starts the walk again";
     expectInvariants(0);
-    EXPECT_TRUE(text("lblJudgment").contains("one step of value (17)"));
+    EXPECT_TRUE(text("lblJudgment").contains("one step of value (16.7)"));
 }
 
 }  // namespace
