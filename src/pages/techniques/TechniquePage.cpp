@@ -837,10 +837,9 @@ void TechniquePage::showConsistency(const std::vector<TurnBack>& turnBacks) {
     if (lblTurnBack == nullptr) return;
     const std::int16_t att = currentAttribute();
     const bool cost = CostOrientedAttribute(att);
+    const auto score = [](double v) { return fmt::formatNumber(v, QStringLiteral("0.00")); };
     QStringList stretches;
-    for (const TurnBack& t : turnBacks)
-        stretches << tr("%1 and %2").arg(fmt::formatNumber(t.from, QStringLiteral("0.00")),
-                                         fmt::formatNumber(t.to, QStringLiteral("0.00")));
+    for (const TurnBack& t : turnBacks) stretches << tr("%1 and %2").arg(score(t.from), score(t.to));
     const QString turnBack =
         stretches.isEmpty()
             ? QString()
@@ -848,12 +847,13 @@ void TechniquePage::showConsistency(const std::vector<TurnBack>& turnBacks) {
                   .arg(stretches.join(tr("; between ")), cost ? tr("more") : tr("less"));
     if (lblTurnBack->text() != turnBack) lblTurnBack->setText(turnBack);
 
+    // Only the lottery pages have premiums to tell.
+    if (!features_.riskPremium) return;
     std::vector<LotteryPremium> judged;
     LotteryPremium premium;
     for (int k : judgedLotteries())
         if (lotteryPremium(k, premium)) judged.push_back(premium);
     QString words;
-    const auto score = [](double v) { return fmt::formatNumber(v, QStringLiteral("0.00")); };
     if (lastLottery_ > 0 && lastLottery_ < sampleSize() - 1 && lotteryPremium(lastLottery_, premium))
         words = tr("Risk premium of this lottery: %1, the expected score %2 minus the sure score %3.")
                     .arg(score(premium.premium), score(premium.sure + premium.premium), score(premium.sure));
