@@ -1,6 +1,5 @@
 #include "pages/techniques/frmKelVarC.h"
 
-#include "charts/TurnBacks.h"
 #include "component/PageRegistry.h"
 #include "model/Format.h"
 #include "pages/techniques/LotteryDiagram.h"
@@ -126,11 +125,13 @@ void frmKelVarC::ShowPointValues() {
                   ole::ButtonFace);
     pic.setForeColor(ole::Black);
     // Points close in score would print their values over each other: the
-    // ends and the point under judgment always show theirs, any other only
-    // where it stays clear of those already printed.
-    std::vector<int> order{0, n - 1};
+    // point under judgment always shows its value, then the ends and the
+    // other points where they stay clear of those already printed.
+    std::vector<int> order;
     if (JudgedPoint > 0 && JudgedPoint < n - 1) order.push_back(JudgedPoint);
     const std::size_t always = order.size();
+    order.push_back(0);
+    order.push_back(n - 1);
     for (int i = 1; i < n - 1; ++i)
         if (i != JudgedPoint) order.push_back(i);
     std::vector<std::pair<double, double>> taken;
@@ -191,8 +192,10 @@ void frmKelVarC::onMarkReleased(int index) {
     std::int16_t point = static_cast<std::int16_t>(index);
     lastLottery_ = index;
     w.SmpY(att, point) = Variant(CertaintyEquivalentValue(att, point));
-    TechniquePage::onMarkReleased(index);
+    // Remembered first, so that the premiums under the value chart count
+    // this lottery as judged.
     rememberJudgment(index);
+    TechniquePage::onMarkReleased(index);
     // On to the next lottery in the order of the halvings.
     const std::vector<std::int16_t> order = CertaintyJudgmentOrder();
     const auto place = std::find(order.begin(), order.end(), point);
@@ -201,7 +204,6 @@ void frmKelVarC::onMarkReleased(int index) {
         selectMark(JudgedPoint);
     }
     DrawCertaintyChart();
-    showConsistency(DrawnTurnBacks(att));
 }
 
 QString frmKelVarC::exactCaption() const { return tr("Exact sure score:"); }
