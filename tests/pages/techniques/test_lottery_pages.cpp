@@ -177,17 +177,23 @@ TEST_F(VarCTest, PointValuesOfCrowdedPointsNeverPrintOverEachOther) {
     choose("cmbSmpSize", 1);
     drag(4, 94.0);  // the unjudged 5 .. 7 make way into the last few units
     ASSERT_GT(x(1, 7) - x(1, 5), 0.0);
-    std::vector<std::pair<double, double>> printed;
-    QStringList texts;
-    for (const auto& p : chart()->primitives())
-        if (p.kind == DrawPrimitive::Kind::Text && std::abs(p.p1.y() - lottery::kRowTop) < 1e-9) {
-            for (const auto& [left, right] : printed)
-                EXPECT_TRUE(p.p1.x() >= right || p.p1.x() + chart()->textWidth(p.text) <= left) << p.text.toStdString();
-            printed.emplace_back(p.p1.x(), p.p1.x() + chart()->textWidth(p.text));
-            texts << p.text;
-        }
-    EXPECT_TRUE(texts.contains("1.00") && texts.contains("0.00")) << texts.join(' ').toStdString();
-    EXPECT_TRUE(texts.contains(fmt::formatNumber(y(1, page->JudgedPoint), QStringLiteral("0.00"))));
+    // The lottery under judgment first far from the ends, then beside one.
+    for (const bool besideTheEnd : {false, true}) {
+        if (besideTheEnd) press(7);
+        std::vector<std::pair<double, double>> printed;
+        QStringList texts;
+        for (const auto& p : chart()->primitives())
+            if (p.kind == DrawPrimitive::Kind::Text && std::abs(p.p1.y() - lottery::kRowTop) < 1e-9) {
+                for (const auto& [left, right] : printed)
+                    EXPECT_TRUE(p.p1.x() >= right || p.p1.x() + chart()->textWidth(p.text) <= left)
+                        << p.text.toStdString();
+                printed.emplace_back(p.p1.x(), p.p1.x() + chart()->textWidth(p.text));
+                texts << p.text;
+            }
+        EXPECT_TRUE(texts.contains(fmt::formatNumber(y(1, page->JudgedPoint), QStringLiteral("0.00"))));
+        EXPECT_EQ(texts.contains("0.00"), !besideTheEnd) << texts.join(' ').toStdString();
+        EXPECT_TRUE(texts.contains("1.00"));
+    }
 }
 
 TEST_F(VarCTest, ARoundOfJudgmentsExportsTheHalvings) {
