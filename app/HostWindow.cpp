@@ -703,7 +703,7 @@ bool HostWindow::exportValues(const QString& path) {
 
 bool HostWindow::exportChart(int att, const QString& path) {
     kelmar::ValueFunctionChart chart;
-    drawAttributeChart(chart, problem_, att, attributeCurves(loaded_, finishes_, att));
+    drawAttributeChart(chart, problem_, att, curvesOf(att));
     QString error;
     if (!writeChart(chart, path, &error)) {
         report(QStringLiteral("Not exported: %1").arg(error), true);
