@@ -287,8 +287,7 @@ JudgmentResult ScoreAxisPage::judgeScore(int index, double score) {
 }
 
 void ScoreAxisPage::onMarkReleased(int index) {
-    const int last = sampleSize() - 1;
-    if (index <= 0 || index >= last || markLeft(index) == downLeft_) return;
+    if (!releaseJudges(index)) return;
     TechniquePage::onMarkReleased(index);
     rememberJudgment(index);
 }

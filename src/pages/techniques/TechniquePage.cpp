@@ -723,12 +723,14 @@ void TechniquePage::afterDragStep(int index) {
     drawValueChart();
 }
 
+bool TechniquePage::releaseJudges(int index) const {
+    return index > 0 && index < sampleSize() - 1 && markLeft(index) != downLeft_;
+}
+
 void TechniquePage::onMarkReleased(int index) {
     WizardData& w = wizardData();
     const std::int16_t att = w.SelAtt;
-    const std::int16_t last = checkedSub(sampleSize(), 1);
-    if (index == 0 || index == last) return;
-    if (markLeft(index) == downLeft_) return;
+    if (!releaseJudges(index)) return;
     w.VFunType(att) = Variant(std::int16_t(1));
     w.AttVFDone(att) = Variant(true);
     w.VFTechniqueID(att) = Variant(w.SelTechnique);
@@ -855,7 +857,7 @@ void TechniquePage::showConsistency(const std::vector<TurnBack>& turnBacks) {
         if (lotteryPremium(k, premium)) judged.push_back(premium);
     QString words;
     if (lastLottery_ > 0 && lastLottery_ < sampleSize() - 1 && lotteryPremium(lastLottery_, premium))
-        words = tr("Risk premium of this lottery: %1, the expected score %2 minus the sure score %3.")
+        words = tr("Risk premium of the lottery you just judged: %1, the expected score %2 minus the sure score %3.")
                     .arg(score(premium.premium), score(premium.sure + premium.premium), score(premium.sure));
     const WizardData& w = wizardData();
     const double range = w.ScoreMaximum(att).toDouble() - w.ScoreMinimum(att).toDouble();

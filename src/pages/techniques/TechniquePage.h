@@ -164,6 +164,9 @@ protected:
     virtual void onMarkFocused(int index) { onMarkPressed(index); }
     // The release of a dragged mark (left button).
     virtual void onMarkReleased(int index);
+    // Whether the release of point index makes a judgment: an inner point
+    // whose mark has moved since it was pressed.
+    bool releaseJudges(int index) const;
     // Sample size of a cmbSmpSize list index; below 0 ignores the choice.
     virtual std::int16_t sizeForListIndex(int listIndex) const;
     // The entries cmbSmpSize is filled with at load, and the entry that

@@ -185,8 +185,7 @@ void frmKelVarC::onMarkPressed(int index) {
 void frmKelVarC::onMarkFocused(int index) { judge(index); }
 
 void frmKelVarC::onMarkReleased(int index) {
-    const std::int16_t last = checkedSub(sampleSize(), 1);
-    if (index == 0 || index == last || markLeft(index) == downLeft_) return;
+    if (!releaseJudges(index)) return;
     WizardData& w = wizardData();
     std::int16_t att = w.SelAtt;
     std::int16_t point = static_cast<std::int16_t>(index);
