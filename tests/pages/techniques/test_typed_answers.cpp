@@ -113,10 +113,10 @@ TEST_F(TypedAnswerTest, TheWordsOnAnswersThatDisagreeFollowEachAnswerAtOnce) {
     auto* premium = child<QLabel>(QStringLiteral("lblRiskPremium"));
     press(2);
     type(QStringLiteral("30"));
-    EXPECT_EQ(premium->text(), "Risk premium of this lottery: 20.00, the expected score 50.00 minus the sure score 30.00.");
+    EXPECT_EQ(premium->text(), "Risk premium of the lottery you just judged: 20.00, the expected score 50.00 minus the sure score 30.00.");
     ASSERT_EQ(child<QLineEdit>(QStringLiteral("txtExact"))->text(), "15") << "on to the lower half's lottery";
     type(QStringLiteral("20"));
-    EXPECT_TRUE(premium->text().startsWith("Risk premium of this lottery: -5.00")) << premium->text().toStdString();
+    EXPECT_TRUE(premium->text().startsWith("Risk premium of the lottery you just judged: -5.00")) << premium->text().toStdString();
     EXPECT_TRUE(premium->text().contains("change sign: 20.00 at the sure score 30.00 but -5.00 at 20.00"))
         << premium->text().toStdString();
 }
