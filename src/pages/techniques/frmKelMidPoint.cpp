@@ -60,6 +60,15 @@ QString parameterText(double v) { return fmt::formatNumber(v, QStringLiteral("0.
 // chart, and the page says nothing about the difference.
 constexpr double kShownGap = 0.005;
 
+// Where a middle score lies across the selected attribute's range (0 at
+// its minimum, 1 at its maximum).
+double middleShare(double middle) {
+    WizardData& w = wizardData();
+    const std::int16_t att = w.SelAtt;
+    const double low = w.ScoreMinimumCopy(att).toDouble();
+    return checkedDiv(middle - low, w.ScoreMaximumCopy(att).toDouble() - low);
+}
+
 // The points the record holds for the attribute, at most eleven.
 std::int16_t exponentialSize(std::int16_t att) {
     WizardData& w = wizardData();
@@ -243,10 +252,7 @@ void frmKelMidPoint::judgeMiddle() {
 }
 
 bool frmKelMidPoint::unreasonableMiddle(double middle) {
-    WizardData& w = wizardData();
-    const std::int16_t att = w.SelAtt;
-    const double low = w.ScoreMinimumCopy(att).toDouble();
-    const double r = checkedDiv(middle - low, w.ScoreMaximumCopy(att).toDouble() - low);
+    const double r = middleShare(middle);
     return r <= 0.001 || r >= 0.995;
 }
 
@@ -281,9 +287,7 @@ bool frmKelMidPoint::FitMidpoint() {
     }
     HourGlass wait;
     std::int16_t size = w.SmpSize(att).toInteger();
-    const double low = w.ScoreMinimumCopy(att).toDouble();
-    const double r = (middle_ - low) / (w.ScoreMaximumCopy(att).toDouble() - low);
-    if (std::fabs(r - 0.5) < 0.001) {
+    if (std::fabs(middleShare(middle_) - 0.5) < 0.001) {
         WriteLinearParB();
         WriteLinearParA();
         w.VFunType(att) = Variant(std::int16_t(0));
