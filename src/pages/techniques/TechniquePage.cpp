@@ -773,14 +773,6 @@ void TechniquePage::afterExact(int index) {
     onMarkReleased(index);
 }
 
-std::vector<int> TechniquePage::judgedLotteries() {
-    const std::vector<bool> judged = JudgedPoints(currentAttribute());
-    std::vector<int> points;
-    for (std::size_t k = 1; k + 1 < judged.size(); ++k)
-        if (judged[k]) points.push_back(static_cast<int>(k));
-    return points;
-}
-
 bool TechniquePage::lotteryPremium(int index, LotteryPremium& premium) const {
     Q_UNUSED(index)
     Q_UNUSED(premium)
@@ -851,10 +843,12 @@ void TechniquePage::showConsistency(const std::vector<TurnBack>& turnBacks) {
 
     // Only the lottery pages have premiums to tell.
     if (!features_.riskPremium) return;
+    // The premiums of the lotteries of the inner points judged so far.
     std::vector<LotteryPremium> judged;
     LotteryPremium premium;
-    for (int k : judgedLotteries())
-        if (lotteryPremium(k, premium)) judged.push_back(premium);
+    const std::vector<bool> answered = JudgedPoints(att);
+    for (std::size_t k = 1; k + 1 < answered.size(); ++k)
+        if (answered[k] && lotteryPremium(static_cast<int>(k), premium)) judged.push_back(premium);
     QString words;
     if (lastLottery_ > 0 && lastLottery_ < sampleSize() - 1 && lotteryPremium(lastLottery_, premium))
         words = tr("Risk premium of the lottery you just judged: %1, the expected score %2 minus the sure score %3.")

@@ -203,8 +203,6 @@ protected:
     virtual void afterExact(int index);
     // The premium of point index's lottery on a lottery page (none elsewhere).
     virtual bool lotteryPremium(int index, LotteryPremium& premium) const;
-    // The inner points whose lotteries the analyst has judged.
-    static std::vector<int> judgedLotteries();
     // The lottery that the last judgment answered (-1: none yet).
     int lastLottery_ = -1;
 
