@@ -281,9 +281,9 @@ void TechniquePage::buildControls() {
     lblExact->setBuddy(txtExact);
     lblExactNote = makeLabel(Frame1, "lblExactNote", QString());
     lblExactNote->setWordWrap(true);
-    // One line kept free for the note, so that the charts do not move
-    // when it comes and goes.
-    lblExactNote->setMinimumHeight(lblExactNote->fontMetrics().lineSpacing());
+    // Two lines kept free for the note, as a refusal that names a judged
+    // point takes, so that the charts do not move when it comes and goes.
+    lblExactNote->setMinimumHeight(lblExactNote->fontMetrics().lineSpacing() * 2);
     // Beside the attribute, in the row every page has, so that the charts
     // keep their size.
     auto* exact = new QHBoxLayout;

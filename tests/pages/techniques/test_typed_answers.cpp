@@ -66,7 +66,11 @@ TEST_F(TypedAnswerTest, ATypedNumberIsJudgedAsADragToItWouldBe) {
         open(c.technique, c.att);
         if (c.technique != kMidPoint) press(c.point);
         const auto before = functionBits(c.att);
+        QCoreApplication::processEvents();
+        const QRect chartBefore = child<QWidget>(QStringLiteral("picVFChart"))->geometry();
         type(QString::fromLatin1(c.typed));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(child<QWidget>(QStringLiteral("picVFChart"))->geometry(), chartBefore) << "the note takes no room";
 
         const WizardData& w = wizardData();
         const Variant& cell = c.cell == Value   ? w.SmpY(c.att, c.point)
@@ -119,6 +123,19 @@ TEST_F(TypedAnswerTest, TheWordsOnAnswersThatDisagreeFollowEachAnswerAtOnce) {
     EXPECT_TRUE(premium->text().startsWith("Risk premium of the lottery you just judged: -5.00")) << premium->text().toStdString();
     EXPECT_TRUE(premium->text().contains("change sign: 20.00 at the sure score 30.00 but -5.00 at 20.00"))
         << premium->text().toStdString();
+
+    // A refusal's longer words come and go without moving the charts.
+    fillProblem();
+    open(kBisection, 0);
+    press(2);
+    type(QStringLiteral("40"));
+    QCoreApplication::processEvents();
+    const QRect chartsBefore = child<QWidget>(QStringLiteral("picRatingChart"))->geometry();
+    press(1);
+    type(QStringLiteral("45"));
+    EXPECT_TRUE(note().contains("the point you judged at 40.00")) << note().toStdString();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(child<QWidget>(QStringLiteral("picRatingChart"))->geometry(), chartsBefore);
 }
 
 }  // namespace
