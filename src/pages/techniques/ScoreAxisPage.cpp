@@ -322,6 +322,11 @@ void ScoreAxisPage::refreshPage() {
     TechniquePage::refreshPage();
 }
 
+void ScoreAxisPage::onLinear() {
+    walkSize_ = 0;
+    GuidedPage::onLinear();
+}
+
 void ScoreAxisPage::onMarkPressed(int index) {
     GuidedPage::onMarkPressed(index);
     selected_ = index;

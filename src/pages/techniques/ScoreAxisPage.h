@@ -74,6 +74,8 @@ protected:
     QString exactCaption() const override;
     JudgmentResult judgeTyped(int index, double typed) override { return judgeScore(index, typed); }
     void refreshPage() override;
+    // A straight line has no judgments left: the walk starts again.
+    void onLinear() override;
 
     // After a move of point index: the read-outs, the function fitted to
     // the scores, the judgment on the chart and in words, the value chart.

@@ -203,6 +203,9 @@ TEST_F(BisectionTest, TheWalkGoesThroughTheHalvingsInOrder) {
     EXPECT_EQ(page->focusWidget(), mark(1)) << "ready for the arrow keys";
     sendKey(mark(1), Qt::Key_Right);
     EXPECT_DOUBLE_EQ(w.SmpX(0, 1).toDouble(), 11.0) << "made way to 10 when 4 was judged";
+    click("cmdLinear");
+    EXPECT_EQ(page->judgedPoint(), 4) << "a straight line starts the walk again";
+    EXPECT_TRUE(text("lblJudgment").startsWith("Judgment 1 of 7"));
 }
 
 // --- Difference standard sequences -----------------------------------------
