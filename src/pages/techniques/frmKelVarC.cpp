@@ -221,6 +221,11 @@ void frmKelVarC::refreshPage() {
     TechniquePage::refreshPage();
 }
 
+void frmKelVarC::onLinear() {
+    JudgedPoint = -1;
+    GuidedPage::onLinear();
+}
+
 void frmKelVarC::onSampleSizeChosen(int listIndex) {
     const std::int16_t oldSize = sampleSize();
     JudgedPoint = -1;

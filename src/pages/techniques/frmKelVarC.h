@@ -52,6 +52,8 @@ protected:
     QStringList sampleSizeEntries() const override;
     int listIndexForSize(std::int16_t size) const override;
     void refreshPage() override;
+    // A straight line has no judgments left: the walk starts again.
+    void onLinear() override;
     void onSampleSizeChosen(int listIndex) override;
 
 private:

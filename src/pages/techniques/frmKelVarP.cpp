@@ -304,6 +304,11 @@ void frmKelVarP::refreshPage() {
     GuidedPage::refreshPage();
 }
 
+void frmKelVarP::onLinear() {
+    JudgedPoint = -1;
+    GuidedPage::onLinear();
+}
+
 void frmKelVarP::onSampleSizeChosen(int listIndex) {
     // The size in force chosen again changes nothing, not even the point
     // under judgment.

@@ -56,6 +56,8 @@ protected:
     void drawRatingChart() override;
     void onMarkPressed(int index) override;
     void refreshPage() override;
+    // A straight line has no judgments left: the walk starts again.
+    void onLinear() override;
     void onSampleSizeChosen(int listIndex) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -33,11 +33,12 @@ TEST_F(LinearAndRestore, EveryPageStraightensAndRestoresTheHostsCurve) {
     // Comfort, benefit 1 .. 5: seven points rated by Direct Rating, rising
     // fast at first.
     const double y[7] = {0, 0.3, 0.55, 0.72, 0.85, 0.94, 1};
-    // The size the page works on: the host's, or the nearest of its own.
-    const struct { int technique, size; bool equalSteps; } pages[] = {
-        {kDirectRating, 7, false},       {kCurveDrawing, 7, false},   {kCategoryIdentification, 7, false},
-        {kDiffStandardSequence, 7, true}, {kBisection, 9, true},      {kVariableProbability, 7, false},
-        {kVariableCertainty, 9, true},
+    // The size the page works on: the host's, or the nearest of its own;
+    // on the guided pages, the point of the first judgment.
+    const struct { int technique, size; bool equalSteps; int first; } pages[] = {
+        {kDirectRating, 7, false, -1},       {kCurveDrawing, 7, false, -1}, {kCategoryIdentification, 7, false, -1},
+        {kDiffStandardSequence, 7, true, 1}, {kBisection, 9, true, 4},      {kVariableProbability, 7, false, 1},
+        {kVariableCertainty, 9, true, 4},
     };
     for (const auto& p : pages) {
         SCOPED_TRACE(p.technique);
@@ -69,7 +70,9 @@ TEST_F(LinearAndRestore, EveryPageStraightensAndRestoresTheHostsCurve) {
                 EXPECT_NEAR(w.SmpY(2, k).toDouble(), f(w.SmpX(2, k).toDouble()), tolerance) << k;
             expectMarks(2, size);
         };
+        if (p.first >= 0) press(5);  // the walk taken to a later point
         click("cmdLinear");
+        EXPECT_TRUE(p.first < 0 || mark(p.first)->picture() == 2) << "a straight line starts the walk again";
         EXPECT_EQ(w.VFunType(2).toInteger(), 0);
         EXPECT_TRUE(w.AttVFDone(2).toBoolean());
         expectPointsOn(p.size, [](double x) { return (x - 1.0) / 4.0; }, 1e-6);
