@@ -1,8 +1,8 @@
-#include "pages/specification/frmVFS.h"
+#include "pages/functionview/frmVFS.h"
 
 #include "component/PageRegistry.h"
 #include "model/Arith.h"
-#include "pages/specification/FormulaImages.h"
+#include "pages/functionview/FormulaImages.h"
 
 #include <kelmar/mdKelMain.h>
 

@@ -1,4 +1,4 @@
-#include "pages/specification/FormulaImages.h"
+#include "pages/functionview/FormulaImages.h"
 
 #include <QFont>
 #include <QFontMetricsF>

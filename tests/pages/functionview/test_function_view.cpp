@@ -1,8 +1,8 @@
 // The function view: the attribute's texts, the formula picture and the
 // parameters for every kind of function, and its closing.
 #include "../PageTestKit.h"
-#include "pages/specification/FormulaImages.h"
-#include "pages/specification/frmVFS.h"
+#include "pages/functionview/FormulaImages.h"
+#include "pages/functionview/frmVFS.h"
 
 #include <QLabel>
 #include <QPlainTextEdit>
