@@ -56,6 +56,21 @@ QLabel* makeValue(QWidget* parent, const char* name) {
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return label;
 }
+
+// A box of captioned read-outs, one row each: the caption, the label's
+// object name and the member that keeps the label.
+struct ValueRow {
+    QString caption;
+    const char* name;
+    QLabel** label;
+};
+void addValueRows(QGroupBox* box, std::initializer_list<ValueRow> rows) {
+    auto* form = new QFormLayout(box);
+    for (const ValueRow& row : rows) {
+        *row.label = makeValue(box, row.name);
+        form->addRow(row.caption, *row.label);
+    }
+}
 }  // namespace
 
 QString frmVFS::orientationText(const Variant& property) {
@@ -104,24 +119,15 @@ frmVFS::frmVFS(QWidget* parent) : KelPage(kNoPageId, parent) {
 
     Frame2 = new QGroupBox(QStringLiteral("Function Parameters"), formula);
     Frame2->setObjectName(QStringLiteral("Frame2"));
-    lbla = makeValue(Frame2, "lbla");
-    lblb = makeValue(Frame2, "lblb");
-    lblc = makeValue(Frame2, "lblc");
-    lbld = makeValue(Frame2, "lbld");
-    auto* parameters = new QFormLayout(Frame2);
-    parameters->addRow(QStringLiteral("a ="), lbla);
-    parameters->addRow(QStringLiteral("b ="), lblb);
-    parameters->addRow(QStringLiteral("c ="), lblc);
-    parameters->addRow(QStringLiteral("d ="), lbld);
+    addValueRows(Frame2, {{QStringLiteral("a ="), "lbla", &lbla},
+                          {QStringLiteral("b ="), "lblb", &lblb},
+                          {QStringLiteral("c ="), "lblc", &lblc},
+                          {QStringLiteral("d ="), "lbld", &lbld}});
 
     auto* range = new QGroupBox(tr("Score range"), formula);
-    lblMin = makeValue(range, "lblMin");
-    lblMiddle = makeValue(range, "lblMiddle");
-    lblMax = makeValue(range, "lblMax");
-    auto* scores = new QFormLayout(range);
-    scores->addRow(tr("Minimum:"), lblMin);
-    scores->addRow(tr("Middle:"), lblMiddle);
-    scores->addRow(tr("Maximum:"), lblMax);
+    addValueRows(range, {{tr("Minimum:"), "lblMin", &lblMin},
+                         {tr("Middle:"), "lblMiddle", &lblMiddle},
+                         {tr("Maximum:"), "lblMax", &lblMax}});
 
     auto* type = new QHBoxLayout;
     type->addWidget(Label1);
