@@ -12,14 +12,10 @@ cd "$(dirname "$0")/.."
 
 seed="${1:-$(date +%s)}"
 count="${2:-100000}"
-build="${BUILD_DIR:-build-test}"
-if [ ! -f "$build/CMakeCache.txt" ]; then
-  cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DKELMAR_WERROR=ON -DKELMAR_BUILD_BENCH=OFF
-fi
-cmake --build "$build" --target kelmar_host_tests kelmar-host
+. scripts/long-run.sh
+build_for_run kelmar_host_tests kelmar-host
 
 echo "fuzz: seed $seed, $count cases"
-export QT_QPA_PLATFORM="${QT_QPA_PLATFORM:-offscreen}"
 KELMAR_FUZZ_SEED="$seed" KELMAR_FUZZ_COUNT="$count" \
   "$build/tests/kelmar_host_tests" --gtest_filter='FuzzTest.*' 2>&1 |
   grep -v -e '^This plugin does not support' -e '^QStandardPaths:'

@@ -10,14 +10,10 @@ cd "$(dirname "$0")/.."
 
 seed="${1:-$(date +%s)}"
 events="${2:-10000}"
-build="${BUILD_DIR:-build-test}"
-if [ ! -f "$build/CMakeCache.txt" ]; then
-  cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DKELMAR_WERROR=ON -DKELMAR_BUILD_BENCH=OFF
-fi
-cmake --build "$build" --target kelmar_monkey_tests
+. scripts/long-run.sh
+build_for_run kelmar_monkey_tests
 
 echo "monkey: seed $seed, $events events per page"
-export QT_QPA_PLATFORM="${QT_QPA_PLATFORM:-offscreen}"
 KELMAR_MONKEY_SEED="$seed" KELMAR_MONKEY_EVENTS="$events" \
   "$build/tests/kelmar_monkey_tests" 2>&1 | grep -v '^This plugin does not support'
 exit "${PIPESTATUS[0]}"
