@@ -47,6 +47,7 @@
 #include <optional>
 #include <random>
 #include <set>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -174,17 +175,11 @@ QString describe(int att, const char* rule) {
 
 // The first exported value outside 0 .. MaxVal, or an empty text.
 QString badExport(const VariantArray& attVData, std::int16_t maxVal) {
-    for (int alt = attVData.lbound(1); alt <= attVData.ubound(1); ++alt) {
-        for (int att = attVData.lbound(2); att <= attVData.ubound(2); ++att) {
-            const double v = attVData(alt, att).toDouble();
-            if (!(v >= 0.0 && v <= maxVal))
+    for (int alt = attVData.lbound(1); alt <= attVData.ubound(1); ++alt)
+        for (int att = attVData.lbound(2); att <= attVData.ubound(2); ++att)
+            if (const double v = attVData(alt, att).toDouble(); !(v >= 0.0 && v <= maxVal))
                 return QStringLiteral("alternative %1 on attribute %2 exported %3 with MaxVal %4")
-                    .arg(alt)
-                    .arg(att)
-                    .arg(v, 0, 'g', 17)
-                    .arg(maxVal);
-        }
-    }
+                    .arg(alt).arg(att).arg(v, 0, 'g', 17).arg(maxVal);
     return {};
 }
 
@@ -213,10 +208,8 @@ Problem sampleProblem() {
         p.techniqueId(att) = std::int16_t(kDirectRating);
         p.smpSize(att) = static_cast<std::int16_t>(r.x.size());
         p.funType(att) = r.type;
-        for (std::size_t k = 0; k < r.x.size(); ++k) {
-            p.smpX(att, static_cast<int>(k)) = r.x[k];
-            p.smpY(att, static_cast<int>(k)) = r.y[k];
-        }
+        for (std::size_t k = 0; k < r.x.size(); ++k)
+            std::tie(p.smpX(att, static_cast<int>(k)), p.smpY(att, static_cast<int>(k))) = std::pair(r.x[k], r.y[k]);
         // The alternatives lie at both ends and inside the range.
         for (int alt = 0; alt < kAlternatives; ++alt)
             p.altPScore(alt, att) = r.low + (r.high - r.low) * alt / (kAlternatives - 1.0);
@@ -531,8 +524,7 @@ private:
                                    shown_.count({page, att}) == 0 && pointsChanged(p.before, now, att);
             if (!change.isEmpty() && !firstShow)
                 finish(QStringLiteral("after %1 (%2 in front): attribute %3 (%4) changed without a judgment: %5")
-                           .arg(p.event, front != nullptr ? front->objectName() : QStringLiteral("no page"))
-                           .arg(att)
+                           .arg(p.event, front != nullptr ? front->objectName() : QStringLiteral("no page")).arg(att)
                            .arg(w.AttName(att).toString(), change));
         }
         for (int att = 0; att < w.AttNum; ++att)
@@ -666,9 +658,8 @@ private:
         if (kind == Close && technique) kind = Key, w = page;
 
         const QString where = QStringLiteral("%1 (attribute %2): %3 (%4)")
-                                  .arg(page->objectName())
-                                  .arg(wizardData().SelAtt)
-                                  .arg(w->objectName(), QString::fromLatin1(w->metaObject()->className()));
+                                  .arg(page->objectName()).arg(wizardData().SelAtt).arg(w->objectName(), QString::fromLatin1(w->metaObject()->className()));
+        const auto act = [&](const QString& what, bool judgment = false) { begin(where + what, judgment); };
         QPointer<QWidget> guard(w);
         // A slider that moves is a judgment, whatever the page makes of it.
         QMetaObject::Connection moved;
@@ -680,14 +671,14 @@ private:
         case Option:
         case NextJudgment: {
             const Qt::MouseButton button = chance(0.95) ? Qt::LeftButton : Qt::RightButton;
-            begin(where + QStringLiteral(" click"), button == Qt::LeftButton && judges(w));
+            act(QStringLiteral(" click"), button == Qt::LeftButton && judges(w));
             click(w, button);
             break;
         }
         case Tab: {
             auto* bar = static_cast<QTabBar*>(w);
             const int tab = pick(bar->count());
-            begin(where + QStringLiteral(" tab %1").arg(tab));
+            act(QStringLiteral(" tab %1").arg(tab));
             gesture(bar, {bar->tabRect(tab).center()});
             break;
         }
@@ -695,7 +686,7 @@ private:
             auto* list = static_cast<QComboBox*>(w);
             const int index = list->count() > 0 ? pick(list->count()) : -1;
             const int was = list->currentIndex();
-            begin(where + QStringLiteral(" choose %1").arg(index), !attributeList(w));
+            act(QStringLiteral(" choose %1").arg(index), !attributeList(w));
             choose(list, index);
             // Another attribute fills the score boxes anew; the same one keeps
             // what was typed.
@@ -710,7 +701,7 @@ private:
             const double spread = number && shown != 0.0 ? std::fabs(shown) : 1.0;
             const QString text = number && chance(0.8) ? QString::number(shown + spread * uniform(-0.6, 0.6), 'f', pick(6))
                                                        : randomText();
-            begin(where + QStringLiteral(" typed \"%1\"").arg(text), true);
+            act(QStringLiteral(" typed \"%1\"").arg(text), true);
             box->selectAll();
             test::typeKeys(box, text);
             if (guard) pressReturn(box);
@@ -718,48 +709,38 @@ private:
         }
         case Box: {
             const QString text = randomText();
-            begin(where + QStringLiteral(" typed \"%1\"").arg(text), true);
+            act(QStringLiteral(" typed \"%1\"").arg(text), true);
             rangeTyped_ = true;
             typeInto(static_cast<QLineEdit*>(w), text);
             break;
         }
         case Slider:
             if (chance(0.5)) {
-                const int keys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_PageUp, Qt::Key_PageDown,
-                                    Qt::Key_Home, Qt::Key_End};
-                const int k = keys[pick(6)];
-                begin(where + QStringLiteral(" key %1").arg(k, 0, 16));
+                const int k = std::array{Qt::Key_Left, Qt::Key_Right, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Home,
+                                         Qt::Key_End}[static_cast<std::size_t>(pick(6))];
+                act(QStringLiteral(" key %1").arg(k, 0, 16));
                 sendKey(w, k);
-            } else {
-                begin(where + QStringLiteral(" drag"));
-                drag(w, Qt::LeftButton);
+                break;
             }
-            break;
-        case Mark: {
-            const Qt::MouseButton button = chance(0.9) ? Qt::LeftButton : Qt::RightButton;
-            // Only the left button moves a mark.
-            begin(where + (button == Qt::LeftButton ? QStringLiteral(" drag") : QStringLiteral(" right drag")),
-                  button == Qt::LeftButton);
-            drag(w, button);
+            [[fallthrough]];
+        case Mark:
+        case Chart: {
+            // Sliders and charts take the left button; only the left button moves a mark.
+            const bool left = kind != Mark || chance(0.9);
+            act(left ? QStringLiteral(" drag") : QStringLiteral(" right drag"), left && kind == Mark);
+            drag(w, left ? Qt::LeftButton : Qt::RightButton);
             break;
         }
-        case Chart:
-            begin(where + QStringLiteral(" drag"));
-            drag(w, Qt::LeftButton);
-            break;
         case Key: {
             const struct { int key; const char* text; } keys[] = {
-                {Qt::Key_Left, ""},   {Qt::Key_Right, ""},   {Qt::Key_Up, ""},     {Qt::Key_Down, ""},
-                {Qt::Key_Home, ""},   {Qt::Key_End, ""},     {Qt::Key_PageUp, ""}, {Qt::Key_PageDown, ""},
-                {Qt::Key_Space, " "}, {Qt::Key_Return, "\r"}, {Qt::Key_Escape, ""}, {Qt::Key_Tab, "\t"},
-                {Qt::Key_Backspace, ""}, {Qt::Key_Delete, ""}, {Qt::Key_A, "a"},  {Qt::Key_5, "5"},
-                {Qt::Key_Period, "."}, {Qt::Key_Minus, "-"},
-            };
+                {Qt::Key_Left, ""}, {Qt::Key_Right, ""}, {Qt::Key_Up, ""}, {Qt::Key_Down, ""}, {Qt::Key_Home, ""},
+                {Qt::Key_End, ""}, {Qt::Key_PageUp, ""}, {Qt::Key_PageDown, ""}, {Qt::Key_Space, " "},
+                {Qt::Key_Return, "\r"}, {Qt::Key_Escape, ""}, {Qt::Key_Tab, "\t"}, {Qt::Key_Backspace, ""},
+                {Qt::Key_Delete, ""}, {Qt::Key_A, "a"}, {Qt::Key_5, "5"}, {Qt::Key_Period, "."}, {Qt::Key_Minus, "-"}};
             const auto& k = keys[pick(static_cast<int>(std::size(keys)))];
             const double m = uniform(0.0, 1.0);
             const Qt::KeyboardModifiers mods = m < 0.7 ? Qt::NoModifier : m < 0.9 ? Qt::ShiftModifier : Qt::ControlModifier;
-            begin(where + QStringLiteral(" key %1").arg(k.key, 0, 16),
-                  qobject_cast<QSlider*>(w) == nullptr && keyJudges(w, k.key));
+            act(QStringLiteral(" key %1").arg(k.key, 0, 16), qobject_cast<QSlider*>(w) == nullptr && keyJudges(w, k.key));
             // A key in a score box edits the score that Next will take.
             if (qobject_cast<QLineEdit*>(w) != nullptr) rangeTyped_ = true;
             sendKey(w, k.key, QString::fromLatin1(k.text), mods);
@@ -770,7 +751,7 @@ private:
             page->close();
             break;
         case Hover:
-            begin(where + QStringLiteral(" hover"));
+            act(QStringLiteral(" hover"));
             for (int i = 1 + pick(3); i > 0 && guard; --i)
                 sendMouse(w, QEvent::MouseMove, QPointF(uniform(0, w->width()), uniform(0, w->height())), Qt::NoButton,
                           Qt::NoButton);
@@ -778,7 +759,7 @@ private:
         case Wheel: {
             const QPointF over(uniform(0, w->width()), uniform(0, w->height()));
             const int delta = chance(0.5) ? 120 : -120;
-            begin(where + QStringLiteral(" wheel %1").arg(delta));
+            act(QStringLiteral(" wheel %1").arg(delta));
             QWheelEvent wheel(over, w->mapToGlobal(over), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
                               Qt::NoScrollPhase, false);
             QApplication::sendEvent(w, &wheel);
@@ -787,7 +768,7 @@ private:
         case Jiggle: {
             // A press that strays a pixel or three across the mark's scale, which
             // runs up and down on a mark with the vertical pointer.
-            begin(where + QStringLiteral(" press with a jiggle"));
+            act(QStringLiteral(" press with a jiggle"));
             const bool upright = w->cursor().shape() == Qt::SizeVerCursor;
             std::vector<QPointF> path{QPointF(w->rect().center())};
             for (int i = pick(3); i > 0; --i) {
@@ -803,7 +784,7 @@ private:
             const int first = list->currentIndex();
             int other = pick(list->count() - 1);
             if (other >= first) ++other;
-            begin(where + QStringLiteral(" choose %1 and %2 again").arg(other).arg(first));
+            act(QStringLiteral(" choose %1 and %2 again").arg(other).arg(first));
             pending_->alsoShown = other;
             choose(list, other);
             if (guard) choose(list, first);
@@ -813,14 +794,14 @@ private:
         case Orientation: {
             QWidget* on = static_cast<QRadioButton*>(w)->isChecked() ? w : minToMax;
             QWidget* off = on == w ? minToMax : w;
-            begin(where + QStringLiteral(" orientation %1 and back").arg(off->objectName()));
+            act(QStringLiteral(" orientation %1 and back").arg(off->objectName()));
             QPointer<QWidget> back(on);
             click(off);
             if (back) click(on);
             break;
         }
         case BackNext:
-            begin(where + QStringLiteral(" Back, to come back with Next"));
+            act(QStringLiteral(" Back, to come back with Next"));
             returnTo_ = pageIdOf(page);
             click(w);
             break;
