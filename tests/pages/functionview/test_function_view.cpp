@@ -84,12 +84,7 @@ TEST_F(FunctionViewTest, TheFormulaAndItsParametersForEachKindOfFunction) {
     AkimaInterpolate(x, y, n, evaluate, at, out);
     const QString cubic = out(0).toString() + "|" + out(1).toString() + "|" + out(2).toString() + "|" + out(3).toString();
 
-    const struct {
-        int type, technique, costCopy;
-        double lastValue;
-        int picture;
-        const char* kind;
-        QString shown;
+    const struct { int type, technique, costCopy; double lastValue; int picture; const char* kind; QString shown;
     } rows[] = {
         {0, 1, 0, 1, 1, "Linear", "0.025|-0.25||"},
         {0, 0, 1, 1, 2, "Linear", "-0.025|1.25||"},
@@ -125,11 +120,7 @@ TEST_F(FunctionViewTest, LineAndExponentialParametersOnTheCurrentRange) {
     // k = 3 ln(golden ratio): a = width / k, b = 1 / k.
     const double k = 3.0 * std::log((1.0 + std::sqrt(5.0)) / 2.0);
     const QString exponential = Variant(60.0 / k).toString() + "|" + Variant(1.0 / k).toString() + "||";
-    const struct {
-        int type, costCopy;
-        double low, middle, high;
-        QString shown;
-    } rows[] = {
+    const struct { int type, costCopy; double low, middle, high; QString shown; } rows[] = {
         {0, 0, 0, 5e6, 1e7, "1E-07|0||"},
         {0, 1, -1e7, 0, 1e7, "-5E-08|0.5||"},
         {1, 0, 10, 30, 70, exponential},  // the range widened since the judgment

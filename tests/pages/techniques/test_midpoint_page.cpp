@@ -92,9 +92,7 @@ TEST_F(MidPointTest, TheSliderShowsTheScoreAsCurrencyText) {
     open();
     // Position 0 is the score minimum, the last the maximum; the text is
     // the score as currency text.
-    const struct {
-        int position;
-        QString text;
+    const struct { int position; QString text;
     } rows[] = {{0, "0"}, {1, "0.05"}, {667, "33.35"}, {frmKelMidPoint::kSliderPositions, "100"}};
     for (const auto& row : rows) {
         slider()->setValue(row.position);

@@ -70,12 +70,7 @@ TYPED_TEST(ScoreAxisPages, AMoveOntoAnEndLeavesEverythingAsItWas) {
 }
 
 TYPED_TEST(ScoreAxisPages, ScoreDifferencesAtTheEndsInsideAndBetweenEqualScores) {
-    const struct {
-        std::array<double, 5> x;
-        int index;
-        const char* score;
-        const char* differences;
-    } cases[] = {
+    const struct { std::array<double, 5> x; int index; const char* score; const char* differences; } cases[] = {
         {{0, 25, 50, 75, 100}, 0, "0.00", "[##] : [25.00]"},
         {{0, 25, 50, 75, 100}, 4, "100.00", "[25.00] : [##]"},
         {{0, 25, 50, 75, 100}, 3, "75.00", "[25.00] : [25.00]"},
@@ -167,11 +162,7 @@ TEST_F(BisectionTest, TheWalkGoesThroughTheHalvingsInOrder) {
     WizardData& w = wizardData();
     open();
     choose("cmbSmpSize", 1);
-    const struct {
-        int point;
-        const char* words;
-        std::pair<double, double> lower, upper;
-    } walk[] = {
+    const struct { int point; const char* words; std::pair<double, double> lower, upper; } walk[] = {
         {4, "Judgment 1 of 7, halving 1 of 3: place the selected point halfway in preference between 0.00 and 100.00", {0, 50}, {50, 100}},
         {2, "Judgment 2 of 7, halving 2 of 3: place the selected point halfway in preference between 0.00 and 50.00", {0, 25}, {25, 50}},
         {6, "Judgment 3 of 7, halving 2 of 3: place the selected point halfway in preference between 50.00 and 100.00", {50, 75}, {75, 100}},
