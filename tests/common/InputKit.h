@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
@@ -37,6 +38,15 @@ inline void sendKey(QWidget* target, int key, const QString& text = {},
     QApplication::sendEvent(target, &press);
     QKeyEvent release(QEvent::KeyRelease, key, modifiers, text);
     if (alive) QApplication::sendEvent(target, &release);
+}
+
+inline void pressReturn(QWidget* target) { sendKey(target, Qt::Key_Return, QStringLiteral("\r")); }
+
+// A list choice as the analyst makes it: the list's own activation follows.
+inline void choose(QComboBox* list, int index) {
+    const QPointer<QComboBox> alive(list);
+    list->setCurrentIndex(index);
+    if (alive && index >= 0) emit list->activated(index);
 }
 
 // Types the text key by key: digits, letters and signs.

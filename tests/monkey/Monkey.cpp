@@ -279,9 +279,7 @@ public:
     std::function<void()> onUnloadKelmar;
     QStringList faults;  // exported values out of range
 
-    void UnloadKelmar() override {
-        if (onUnloadKelmar) onUnloadKelmar();
-    }
+    void UnloadKelmar() override { if (onUnloadKelmar) onUnloadKelmar(); }
     void ExportResults(VariantArray& AttVData, VariantArray& ScoreMinimum, VariantArray& ScoreMiddle,
                        VariantArray& ScoreMaximum, std::int16_t MaxVal, Variant& VFTechniqueID,
                        VariantArray& SmpSize, VariantArray& SmpX, VariantArray& SmpY,
@@ -306,7 +304,9 @@ private:
 
 // --- The run -----------------------------------------------------------------
 
+using test::choose;
 using test::gesture;
+using test::pressReturn;
 using test::sendKey;
 using test::sendMouse;
 
@@ -361,15 +361,6 @@ bool keyJudges(const QWidget* w, int key) {
         return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
     return true;
 }
-
-// A list choice as the analyst makes it.
-void choose(QComboBox* list, int index) {
-    QPointer<QComboBox> guard(list);
-    list->setCurrentIndex(index);
-    if (guard && index >= 0) emit list->activated(index);
-}
-
-void pressReturn(QWidget* w) { sendKey(w, Qt::Key_Return, QStringLiteral("\r")); }
 
 class Monkey {
 public:
@@ -854,10 +845,8 @@ private:
     QString randomText() {
         const WizardData& w = wizardData();
         switch (pick(4)) {
-        case 0:
-            return QString::number(static_cast<long long>(uniform(-50000, 100000)));
-        case 1:
-            return QString::number(uniform(-1000, 1000), 'f', pick(5));
+        case 0: return QString::number(static_cast<long long>(uniform(-50000, 100000)));
+        case 1: return QString::number(uniform(-1000, 1000), 'f', pick(5));
         case 2: {
             // Around the attribute's own range, often a little wider.
             double low = 0, high = 1;
@@ -897,9 +886,7 @@ private:
         else if (end < 0.8) sendKey(box, Qt::Key_Tab, QStringLiteral("\t"));
     }
 
-    void judged() {
-        if (pending_) pending_->judgment = true;
-    }
+    void judged() { if (pending_) pending_->judgment = true; }
     int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng_); }
     double uniform(double lo, double hi) { return std::uniform_real_distribution<double>(lo, hi)(rng_); }
     bool chance(double p) { return uniform(0.0, 1.0) < p; }

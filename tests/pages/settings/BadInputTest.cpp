@@ -36,7 +36,7 @@ TEST_F(BadInput, BoxesTakeOnlyACompleteNumber) {
         setUpWith(100);
         QLineEdit* box = maximum ? maxBox() : minBox();
         box->setText(text);
-        pressEnter(box);
+        pressReturn(box);
         const bool taken = !std::isnan(stored);
         EXPECT_EQ(messages, taken ? std::vector<QString>{} : std::vector<QString>{kNotANumber});
         WizardData& w = wizardData();
@@ -61,7 +61,7 @@ TEST_F(BadInput, RoundedBoxesStandForTheExactRangeTheyWereFilledFrom) {
     chooseAttribute(0);
     chooseAttribute(1);
     typeText(minBox(), "0.131");
-    pressEnter(minBox());
+    pressReturn(minBox());
     EXPECT_EQ(messages, std::vector<QString>{"The score should be less than or equal to 0.13!"});
     EXPECT_EQ(minBox()->text(), "0.13");
     click("cmdNext");
@@ -95,7 +95,7 @@ TEST_F(BadInput, AFailingNextLeavesThePageAsItWasWithEveryButtonWorking) {
     EXPECT_EQ(w.AttPropertyCopy.isAllocated(), before.AttPropertyCopy.isAllocated());
 
     // The same range confirmed with Enter in a box fails the same way.
-    pressEnter(maxBox());
+    pressReturn(maxBox());
     ASSERT_EQ(errors.size(), 2U);
     EXPECT_TRUE(errors[1].startsWith("Run-time error '6':"));
     EXPECT_EQ(maxBox()->text(), "1e300");

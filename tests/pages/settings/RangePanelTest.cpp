@@ -33,7 +33,7 @@ TEST_F(RangePanel, ScoreChecksRefuseNarrowingAndResetTheBox) {
         QLineEdit* box = c.maximum ? maxBox() : minBox();
         box->setText(QString::fromLatin1(c.typed));
         if (c.commit == Commit::Enter) {
-            pressEnter(box);
+            pressReturn(box);
         } else if (c.commit == Commit::Next) {
             click("cmdNext");  // and moves on whatever the check found
         } else {
@@ -85,7 +85,7 @@ TEST_F(RangePanel, ChosenAttributeShowsItsRangeInChartAndBoxes) {
 
     // A confirmed one shows its working range next to the host's.
     maxBox()->setText("8");
-    pressEnter(maxBox());
+    pressReturn(maxBox());
     chooseAttribute(0);
     chooseAttribute(1);
     const QStringList texts = drawnTexts(*child<DrawSurface>("picScopeChart"));
@@ -106,7 +106,7 @@ TEST_F(SettingsStep, ANewSessionStartsFromTheHostsRecord) {
     w.InSmpX = w.SmpX;
     w.InSmpY = w.SmpY;
     typeText(minBox(), "0");
-    pressEnter(minBox());
+    pressReturn(minBox());
     w.VFunType(0) = std::int16_t(1);
     w.VFunParA(0) = QStringLiteral("0.5");
     w.SmpY(0, 1) = 0.6;

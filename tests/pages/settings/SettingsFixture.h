@@ -54,8 +54,6 @@ inline void typeText(QLineEdit* box, const QString& text) {
     typeKeys(box, text);
 }
 
-inline void pressEnter(QLineEdit* box) { sendKey(box, Qt::Key_Return, QStringLiteral("\r")); }
-
 class SettingsPageTest : public PageTest<frmKelSettings> {
 protected:
     void SetUp() override { setUpWith(100); }

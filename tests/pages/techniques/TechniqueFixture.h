@@ -130,11 +130,7 @@ protected:
     DrawSurface* chart() const { return this->template child<DrawSurface>(QStringLiteral("picRatingChart")); }
     QString text(const char* label) const { return this->template child<QLabel>(QString::fromLatin1(label))->text(); }
     double centreOf(int i) const { return markCentre(*chart(), mark(i)); }
-    void choose(const char* list, int index) {
-        auto* combo = this->template child<QComboBox>(QString::fromLatin1(list));
-        combo->setCurrentIndex(index);
-        emit combo->activated(index);
-    }
+    void choose(const char* list, int index) { test::choose(this->template child<QComboBox>(QString::fromLatin1(list)), index); }
     void drag(int i, double target, Qt::MouseButton button = Qt::LeftButton) {
         dragMark(*chart(), mark(i), target, button);
     }
