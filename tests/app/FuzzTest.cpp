@@ -66,8 +66,7 @@ private:
             case 0: text[at] = static_cast<char>(text[at] ^ (1 << pick(8))); break;
             case 1: text.remove(at, 1); break;
             default:
-                text.insert(at, pick(2) == 0 ? kTokens[pick(kTokens.size())]
-                                             : static_cast<char>(pick(256)));
+                text.insert(at, pick(2) == 0 ? kTokens[pick(kTokens.size())] : static_cast<char>(pick(256)));
             }
         }
         return text;
@@ -81,8 +80,7 @@ private:
             int target = pick(count(root));
             root = mutated(root, target);
         }
-        return QJsonDocument(root.toObject()).toJson(pick(2) == 0 ? QJsonDocument::Compact
-                                                                   : QJsonDocument::Indented);
+        return QJsonDocument(root.toObject()).toJson(pick(2) == 0 ? QJsonDocument::Compact : QJsonDocument::Indented);
     }
 
     static int count(const QJsonValue& v) {

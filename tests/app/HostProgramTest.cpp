@@ -64,8 +64,7 @@ TEST(HostProgramTest, EvaluateChartAndReportEndWithTheWindowModesStatuses) {
     QFile drawing(svg);
     ASSERT_TRUE(drawing.open(QIODevice::ReadOnly));
     const QByteArray text = drawing.readAll();
-    EXPECT_TRUE(text.startsWith("<?xml") && text.contains("Value Function Curve on Rent") &&
-                text.contains("#0000ff"))
+    EXPECT_TRUE(text.startsWith("<?xml") && text.contains("Value Function Curve on Rent") && text.contains("#0000ff"))
         << "the title and the blue curve";
     EXPECT_TRUE(QImage(png).width() > 0);
 }

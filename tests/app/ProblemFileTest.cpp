@@ -62,8 +62,7 @@ TEST(ProblemFileTest, EachFaultOfAFileIsNamed) {
         {"wrong_type.json", "scores[1][0]: expected a number, found a string"},
         {"scores_too_few_rows.json", "scores: expected 3 rows (one per alternative), found 2"},
         {"scores_short_row.json", "scores[1]: expected 2 scores (one per attribute), found 1"},
-        {"bad_property.json",
-         "attributes[2].property: expected \"cost\" or \"benefit\", found \"big\""},
+        {"bad_property.json", "attributes[2].property: expected \"cost\" or \"benefit\", found \"big\""},
         {"too_many_points.json", "valueFunctions[0].points: expected 2 to 11 points, found 12"},
         {"points_not_increasing.json",
          "valueFunctions[0].points[2][0]: scores must increase from point to point, found 400 "

@@ -49,8 +49,7 @@ TEST(DrawSurfaceReplay, RedrawsTheRecordWithCrispStrokesAtEverySize) {
                 }
             EXPECT_GT(black, 0);
             EXPECT_EQ(other, 0);
-            EXPECT_EQ(QColor(image.pixel(int(0.2 * image.width()), int(0.2 * image.height()))),
-                      QColor(Qt::red));
+            EXPECT_EQ(QColor(image.pixel(int(0.2 * image.width()), int(0.2 * image.height()))), QColor(Qt::red));
         }
     }
 }

@@ -14,8 +14,7 @@
 
 namespace kelmar::test {
 
-inline void sendMouse(QWidget* w, QEvent::Type type, QPointF at, Qt::MouseButton button,
-                      Qt::MouseButtons held) {
+inline void sendMouse(QWidget* w, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held) {
     QMouseEvent event(type, at, w->mapToGlobal(at), button, held, Qt::NoModifier);
     QApplication::sendEvent(w, &event);
 }

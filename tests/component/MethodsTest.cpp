@@ -139,8 +139,7 @@ TEST_F(MethodsTest, ModalLoopsNestAndShowKelmarReturnsWhenTheSettingsPageIsHidde
         settings->handle([&] {
             QTimer::singleShot(0, &scope, [&] {
                 FakePage* technique = pageOf(kBisection);
-                steps << QStringLiteral("technique modal: %1")
-                             .arg(QApplication::activeModalWidget() == technique);
+                steps << QStringLiteral("technique modal: %1").arg(QApplication::activeModalWidget() == technique);
                 technique->hide();
             });
             settings->raiseHideForm(kSettingsPage);

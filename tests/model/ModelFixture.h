@@ -22,8 +22,7 @@ struct Curve {
     I16 n = 0;
 
     Curve(const std::vector<double>& xs, const std::vector<double>& ys)
-        : x(0, static_cast<int>(xs.size()) - 1), y(0, static_cast<int>(ys.size()) - 1),
-          n(static_cast<I16>(xs.size())) {
+        : x(0, static_cast<int>(xs.size()) - 1), y(0, static_cast<int>(ys.size()) - 1), n(static_cast<I16>(xs.size())) {
         for (std::size_t k = 0; k < xs.size(); ++k) {
             x(static_cast<int>(k)) = xs[k];
             y(static_cast<int>(k)) = ys[k];
@@ -76,8 +75,7 @@ protected:
     }
 
     // Stores the points of a non-linear (type 1) function of the technique.
-    static void setCurve(int att, const std::vector<double>& x, const std::vector<double>& y,
-                         int technique) {
+    static void setCurve(int att, const std::vector<double>& x, const std::vector<double>& y, int technique) {
         w().VFunType(att) = I16(1);
         w().VFTechniqueID(att) = static_cast<I16>(technique);
         w().SmpSize(att) = static_cast<I16>(x.size());

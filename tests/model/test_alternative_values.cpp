@@ -45,8 +45,7 @@ TEST_F(AlternativeValues, FaultsRaiseTheirErrorNumbers) {
     setCurve(1, {0, 20, 50, 100}, {1, 0.6, 0.3, 0}, kDirectRating);
     I16 alt = 0, att = 1;
     w().AltPScore(0, 1) = QStringLiteral("n/a");
-    EXPECT_EQ(errorNumber([&] { ComputeAlternativeValue(alt, att, w().MaxVal); }),
-              RuntimeError::TypeMismatch);
+    EXPECT_EQ(errorNumber([&] { ComputeAlternativeValue(alt, att, w().MaxVal); }), RuntimeError::TypeMismatch);
     w().AltPScore(0, 1) = 50.0;
     for (const Variant& size : {Variant(), Variant(I16(0)), Variant(I16(12))}) {
         w().SmpSize(1) = size;

@@ -33,8 +33,7 @@ TEST(Exponential, TheRateIsSolvedToTwelveDigitsEvenBesideOneHalf) {
                            0.6, 0.994, 0.9989}) {
         SCOPED_TRACE(z);
         const double k = ExponentialRate(z);
-        const long double reference =
-            z < 0.5 ? referenceRate(z) : -referenceRate(1.0L - static_cast<long double>(z));
+        const long double reference = z < 0.5 ? referenceRate(z) : -referenceRate(1.0L - static_cast<long double>(z));
         EXPECT_LE(std::fabs((k - reference) / reference), 1e-12L);
         EXPECT_EQ(k > 0.0, z < 0.5);
         EXPECT_NEAR(ExponentialShape(z, k), 0.5, 1e-14);

@@ -81,10 +81,8 @@ TEST(Ladder, IndexFunctionsInvertTheSpacingNeverGoNegativeAndCatchZeroDivisors) 
     I16 k = 2;
     for (auto [a, c] : {std::pair{5.0, 0.0f}, std::pair{10.0, 1.0f}}) {
         Variant a2 = a;
-        EXPECT_EQ(errorNumber([&] { GeometricIndexFromLow(a0, a1, a2, k, c); }),
-                  RuntimeError::DivisionByZero) << a;
-        EXPECT_EQ(errorNumber([&] { GeometricIndexFromHigh(a0, a1, a2, k, c); }),
-                  RuntimeError::DivisionByZero) << a;
+        EXPECT_EQ(errorNumber([&] { GeometricIndexFromLow(a0, a1, a2, k, c); }), RuntimeError::DivisionByZero) << a;
+        EXPECT_EQ(errorNumber([&] { GeometricIndexFromHigh(a0, a1, a2, k, c); }), RuntimeError::DivisionByZero) << a;
     }
 }
 

@@ -220,8 +220,7 @@ Problem sampleProblem() {
 // Hands the problem and the functions over, as a host does before ShowKelmar.
 void transfer(KelmarDll& dll, Problem& p) {
     Variant dir(QStringLiteral("/nonexistent"));
-    dll.TransferData(dir, 1, p.altNum, p.attNum, p.altPScore, p.attVData, p.attName,
-                     p.attDefinition, p.attProperty);
+    dll.TransferData(dir, 1, p.altNum, p.attNum, p.altPScore, p.attVData, p.attName, p.attDefinition, p.attProperty);
     dll.TransferVFunData(p.scoreMinimum, p.scoreMiddle, p.scoreMaximum, p.maxVal, p.techniqueId,
                          p.smpSize, p.smpX, p.smpY, p.parA, p.parB, p.parC, p.parD, p.funType);
 }
@@ -249,8 +248,7 @@ QString brokenRule() {
             const bool slot10 = w.VFTechniqueID(att).toInteger() == kCategoryIdentification;
             // The orientation as the pages read it: the copy once the
             // settings step has made it.
-            const VariantArray& property =
-                w.AttPropertyCopy.isAllocated() ? w.AttPropertyCopy : w.AttProperty;
+            const VariantArray& property = w.AttPropertyCopy.isAllocated() ? w.AttPropertyCopy : w.AttProperty;
             const bool cost = property(att).toDouble() != 0.0;
             for (int k = 0; k < n; ++k) {
                 if (k > 0 && !(w.SmpX(att, k).toDouble() > w.SmpX(att, k - 1).toDouble()))

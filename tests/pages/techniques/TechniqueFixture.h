@@ -93,8 +93,7 @@ inline double markCentre(const DrawSurface& chart, const PointMark* m) {
 
 // Grabs the mark in its middle and drags it so that its centre would come
 // to the rating-scale position target (116 units across the chart).
-inline void dragMark(const DrawSurface& chart, PointMark* m, double target,
-                     Qt::MouseButton button = Qt::LeftButton) {
+inline void dragMark(const DrawSurface& chart, PointMark* m, double target, Qt::MouseButton button = Qt::LeftButton) {
     const QPointF grab(m->width() / 2.0, 8.0);
     gesture(m, {grab, grab + QPointF((target - markCentre(chart, m)) * chart.width() / 116.0, 0)}, button);
 }
