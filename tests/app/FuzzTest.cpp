@@ -19,7 +19,6 @@
 
 #include <cfloat>
 #include <chrono>
-#include <cmath>
 #include <cstdlib>
 #include <random>
 

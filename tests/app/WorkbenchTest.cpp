@@ -11,7 +11,6 @@
 #include <QLocale>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <random>
 

@@ -6,7 +6,6 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPaintEvent>
-#include <QPixmap>
 #include <QScreen>
 
 #include <gtest/gtest.h>

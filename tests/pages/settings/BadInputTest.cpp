@@ -4,7 +4,6 @@
 #include "SettingsFixture.h"
 
 #include <cmath>
-#include <string>
 #include <tuple>
 
 namespace kelmar::test {

@@ -8,7 +8,6 @@
 
 #include <QComboBox>
 #include <QLabel>
-#include <QMouseEvent>
 
 #include <gtest/gtest.h>
 

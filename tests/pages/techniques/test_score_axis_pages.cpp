@@ -6,7 +6,6 @@
 // steps shown side by side.
 #include "ScoreAxisFixture.h"
 
-#include <QComboBox>
 #include <QRegularExpression>
 
 #include <array>
