@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <functional>
 #include <memory>
 
 #include <string>
@@ -52,12 +54,19 @@ public:
     void pageUnloadKelVFS(KelPage&) override { events.emplace_back("UnloadKelVFS"); }
 };
 
-// All the texts drawn on a picture, in order.
-inline QStringList drawnTexts(const DrawSurface& pic) {
+// The texts drawn on a picture, in order; only those that `where` accepts if given.
+inline QStringList drawnTexts(const DrawSurface& pic, const std::function<bool(const DrawPrimitive&)>& where = {}) {
     QStringList out;
     for (const auto& p : pic.primitives())
-        if (p.kind == DrawPrimitive::Kind::Text) out << p.text;
+        if (p.kind == DrawPrimitive::Kind::Text && (!where || where(p))) out << p.text;
     return out;
+}
+
+// Accepts a text printed with its top at y (and its left edge at x unless x < 0).
+inline auto printedAt(double x, double y) {
+    return [x, y](const DrawPrimitive& p) {
+        return std::abs(p.p1.y() - y) < 1e-9 && (x < 0 || std::abs(p.p1.x() - x) < 1e-9);
+    };
 }
 
 // A page under test with the recording sink; the fixture creates it.

@@ -38,12 +38,8 @@ protected:
     }
     // The text printed on the chart with its top at (x, y); empty if none.
     QString textAt(double x, double y) const {
-        QString found;
-        for (const auto& p : chart()->primitives())
-            if (p.kind == DrawPrimitive::Kind::Text && std::abs(p.p1.y() - y) < 1e-9 &&
-                (x < 0 || std::abs(p.p1.x() - x) < 1e-9))
-                found = p.text;
-        return found;
+        const QStringList found = drawnTexts(*chart(), printedAt(x, y));
+        return found.isEmpty() ? QString() : found.last();
     }
     // The branch texts and the outcomes (top, bottom) as the chart shows them.
     std::array<QString, 2> branches() const { return {textAt(46, 16), textAt(46, 53)}; }

@@ -45,10 +45,7 @@ protected:
 
     // The texts printed with their left edge at x, in the order drawn.
     static QStringList textsAt(const DrawSurface& pic, double x) {
-        QStringList out;
-        for (const DrawPrimitive& p : pic.primitives())
-            if (p.kind == DrawPrimitive::Kind::Text && std::abs(p.p1.x() - x) < 1e-9) out << p.text;
-        return out;
+        return drawnTexts(pic, [x](const DrawPrimitive& p) { return std::abs(p.p1.x() - x) < 1e-9; });
     }
     static const DrawPrimitive* textPrimitive(const DrawSurface& pic, const QString& text) {
         for (const DrawPrimitive& p : pic.primitives())

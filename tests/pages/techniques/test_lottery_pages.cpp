@@ -61,10 +61,7 @@ TEST_F(VarPTest, OnlyALeftReleaseAtAnotherPositionStores) {
     // minimum, against the best and the worst score. The score bar under
     // the marks shows its scores.
     EXPECT_EQ(textAt(-1, 34.0), "25.00");
-    QStringList barScores;
-    for (const auto& p : chart()->primitives())
-        if (p.kind == DrawPrimitive::Kind::Text && p.p1.y() == lottery::kScoreRowTop) barScores << p.text;
-    EXPECT_EQ(barScores.join(' '), "0 25 50 75 100");
+    EXPECT_EQ(drawnTexts(*chart(), printedAt(-1, lottery::kScoreRowTop)).join(' '), "0 25 50 75 100");
     EXPECT_EQ(outcomes(), (std::array<QString, 2>{"100.00", "0.00"}));
     press(2);
     // Another button neither moves the thumb nor stores; nor does a release
