@@ -80,6 +80,17 @@ protected:
         return found;
     }
     void click(const char* button) { child<QPushButton>(QString::fromLatin1(button))->click(); }
+    // Makes the page (a new one of the class unless given) for the data as it stands and loads it; with a
+    // size, at that size and shown, the events of its load forgotten.
+    void openPage(Page* made = new Page, QSize size = {}) {
+        page.reset(made);
+        page->setEventSink(&sink);
+        if (size.isValid()) page->resize(size);
+        page->load();
+        if (!size.isValid()) return;
+        page->show();
+        sink.events.clear();
+    }
 
     RecordingSink sink;
     std::vector<QString> messages;  // the texts of the message boxes shown

@@ -44,11 +44,7 @@ protected:
         w.VFunParB(0) = "0.304759";
     }
 
-    void open() {
-        page = std::make_unique<frmVFS>();
-        page->setEventSink(&sink);
-        page->load();
-    }
+    void open() { openPage(); }
     QString text(const char* label) const { return child<QLabel>(QString::fromLatin1(label))->text(); }
     QString parameters() const {
         return text("lbla") + "|" + text("lblb") + "|" + text("lblc") + "|" + text("lbld");

@@ -71,11 +71,6 @@ protected:
         });
         openPage();
     }
-    void openPage() {
-        page = std::make_unique<frmKelSettings>();
-        page->setEventSink(&sink);
-        page->load();
-    }
 
     QLineEdit* minBox() { return child<QLineEdit>("txtMinScore"); }
     QLineEdit* maxBox() { return child<QLineEdit>("txtMaxScore"); }

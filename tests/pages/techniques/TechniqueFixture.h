@@ -73,30 +73,6 @@ inline std::vector<std::pair<int, double>> functionBits(int att) {
     return bits;
 }
 
-// Loads a page (a new one of the class unless given) for the data as it
-// stands, with the sink.
-template <class Page>
-void openPage(std::unique_ptr<Page>& page, RecordingSink& sink, QSize size, Page* made = new Page) {
-    page.reset(made);
-    page->setEventSink(&sink);
-    page->resize(size);
-    page->load();
-    page->show();
-    sink.events.clear();
-}
-
-// The centre of a mark on its chart, in chart units.
-inline double markCentre(const DrawSurface& chart, const PointMark* m) {
-    return chart.childLeft(m) + chart.childWidth(m) / 2.0;
-}
-
-// Grabs the mark in its middle and drags it so that its centre would come
-// to the rating-scale position target (116 units across the chart).
-inline void dragMark(const DrawSurface& chart, PointMark* m, double target, Qt::MouseButton button = Qt::LeftButton) {
-    const QPointF grab(m->width() / 2.0, 8.0);
-    gesture(m, {grab, grab + QPointF((target - markCentre(chart, m)) * chart.width() / 116.0, 0)}, button);
-}
-
 // A technique page on the problem above; message boxes are recorded and
 // none is expected.
 template <class Page>
@@ -118,7 +94,7 @@ protected:
     // Creates and loads the page on attribute att for the data as it stands.
     void open(int att = 0) {
         wizardData().SelAtt = static_cast<std::int16_t>(att);
-        openPage(this->page, this->sink, pageSize);
+        this->openPage(new Page, pageSize);
     }
     QSize pageSize{780, 620};
 
@@ -127,10 +103,12 @@ protected:
     }
     DrawSurface* chart() const { return this->template child<DrawSurface>(QStringLiteral("picRatingChart")); }
     QString text(const char* label) const { return this->template child<QLabel>(QString::fromLatin1(label))->text(); }
-    double centreOf(int i) const { return markCentre(*chart(), mark(i)); }
+    // The centre of mark i on its chart, in chart units.
+    double centreOf(int i) const { return chart()->childLeft(mark(i)) + chart()->childWidth(mark(i)) / 2.0; }
     void choose(const char* list, int index) { test::choose(this->template child<QComboBox>(QString::fromLatin1(list)), index); }
     void drag(int i, double target, Qt::MouseButton button = Qt::LeftButton) {
-        dragMark(*chart(), mark(i), target, button);
+        const QPointF grab(mark(i)->width() / 2.0, 8.0);
+        gesture(mark(i), {grab, grab + QPointF((target - centreOf(i)) * chart()->width() / 116.0, 0)}, button);
     }
     static double value(int att, int k) { return wizardData().SmpY(att, k).toDouble(); }
 
@@ -151,7 +129,7 @@ protected:
         wizardData().SelTechnique = static_cast<std::int16_t>(technique);
         wizardData().SelAtt = static_cast<std::int16_t>(att);
         page.reset();
-        openPage(page, sink, size, dynamic_cast<TechniquePage*>(createPage(technique)));
+        openPage(dynamic_cast<TechniquePage*>(createPage(technique)), size);
     }
     // Presses and lets go of mark i where it stands.
     void press(int i) const { gesture(mark(i), {{mark(i)->width() / 2.0, mark(i)->height() / 2.0}}); }

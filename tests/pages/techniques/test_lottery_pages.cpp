@@ -163,10 +163,7 @@ TEST_F(VarCTest, DraggedSureScoreTakesTheMeanOfItsOutcomesAndLeadsOn) {
     EXPECT_DOUBLE_EQ(x(1, 1), 16.0);
     EXPECT_DOUBLE_EQ(y(1, 1), 0.75);
     EXPECT_EQ(page->JudgedPoint, 3);
-    EXPECT_EQ(textAt(chart()->childLeft(mark(1)) + chart()->childWidth(mark(1)) / 2.0 -
-                         chart()->textWidth("0.75") / 2.0,
-                     lottery::kRowTop),
-              "0.75");
+    EXPECT_EQ(textAt(centreOf(1) - chart()->textWidth("0.75") / 2.0, lottery::kRowTop), "0.75");
 }
 
 TEST_F(VarCTest, PointValuesOfCrowdedPointsNeverPrintOverEachOther) {
@@ -203,8 +200,7 @@ TEST_F(VarCTest, ARoundOfJudgmentsExportsTheHalvings) {
     for (const int k : {4, 2, 6, 1, 3, 5, 7}) {
         ASSERT_EQ(page->JudgedPoint, k);
         const double before = x(1, k);
-        const double centre = chart()->childLeft(mark(k)) + chart()->childWidth(mark(k)) / 2.0;
-        drag(k, centre - 2.0);
+        drag(k, centreOf(k) - 2.0);
         EXPECT_NEAR(x(1, k), before - 0.8, 1e-9);
     }
     click("cmdFinish");
