@@ -131,7 +131,6 @@ TEST_F(MidPointTest, TheMiddleScoreIsRefusedNearTheEndsOrJudgedAndFinishedWithIt
         {0, 100.0, 1002, Curve, 0, NoFinish},     // r = 0.501
         {0, 100.0, 998, Curve, 2, NoFinish},      // r = 0.499
         {0, 100.0, 200, Curve, 2, Follows},
-        {0, 100.0, 1800, Curve, 0, Follows},
         {0, 1.0, 1, Curve, -1, Strays},
         {1, 0.0, 1200, Curve, 0, NoFinish},
         {1, 0.0, 996, Curve, 2, NoFinish},
